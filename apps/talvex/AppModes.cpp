@@ -1,0 +1,9 @@
+#include "apps/talvex/AppModes.h"
+
+namespace talvex_app {
+
+AppModes::AppModes() {
+    addCategory("Documents");
+}
+
+} // namespace talvex_app

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds talvex in Release and runs the main job of
+# the talvex program on the bundled example avatar.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/deps.sh
+
+build=${TALVEX_DEMO_BUILD_DIR:-build-release}
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTALVEX_BUILD_TESTS=OFF >/dev/null
+cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
+talvex="$build/apps/talvex"
+
+echo "== talvex (modes)"
+"$talvex" || true

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds talvex with AddressSanitizer and
+# UndefinedBehaviorSanitizer, and runs every test (unit tests, the C header
+# program, the export check and the fuzz corpus replays).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/deps.sh
+
+build=${TALVEX_TEST_BUILD_DIR:-build-test}
+jobs=$(nproc 2>/dev/null || echo 2)
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Debug -DTALVEX_SANITIZE=ON -DTALVEX_BUILD_TESTS=ON
+cmake --build "$build" -j "$jobs"
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+ctest --test-dir "$build" --no-tests=error --output-on-failure -j "$jobs"

@@ -1,0 +1,92 @@
+#ifndef SORVANE_ARCHIVE_JSONIMPORTER_H
+#define SORVANE_ARCHIVE_JSONIMPORTER_H
+
+#include <cstdint>
+#include <deque>
+#include <istream>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "sorvane/core/Export.h"
+
+namespace sorvane::archive {
+
+// A JSON cursor with look-ahead, driven by the reader of each node: no value
+// tree, the caller asks for what it expects next. peekX looks ahead without
+// consuming; nextX is peekX followed by flush() on success. On failure the
+// look-ahead is put back where it was. Nothing throws on bad input.
+class SORVANE_API JsonImporter {
+public:
+    struct Item {
+        int32_t type;  // 0 object, 1 array
+        bool first;
+    };
+    using IntegerMap = std::unordered_map<std::string, int64_t>;
+
+    explicit JsonImporter(std::istream& stream);
+    JsonImporter(const JsonImporter&) = delete;
+    JsonImporter& operator=(const JsonImporter&) = delete;
+
+    // Line of the last committed character, starting at 1.
+    int32_t getLine() const;
+
+    // Low layer.
+    char next();
+    char peek();
+    void rollback();
+    void flush();
+    void peekSpaces();
+    void skipSpaces();
+    bool peekChar(char c);
+    bool nextChar(char c);
+
+    // Value layer.
+    std::optional<std::string> peekString();
+    std::optional<std::string> nextString();
+    bool peekNull();
+    bool nextNull();
+    std::optional<bool> peekBoolean();
+    std::optional<bool> nextBoolean();
+    std::optional<int64_t> peekInteger();
+    std::optional<int64_t> nextInteger();
+    std::optional<double> peekNumber();
+    std::optional<double> nextNumber();
+    std::optional<std::vector<std::string>> peekStringList();
+    std::optional<std::vector<std::string>> nextStringList();
+    std::optional<std::vector<int64_t>> peekIntegerList();
+    std::optional<std::vector<int64_t>> nextIntegerList();
+    std::optional<std::vector<double>> peekNumberList();
+    std::optional<std::vector<double>> nextNumberList();
+    std::optional<IntegerMap> peekIntegerMap();
+    std::optional<IntegerMap> nextIntegerMap();
+    std::optional<std::vector<IntegerMap>> peekIntegerMapList();
+    std::optional<std::vector<IntegerMap>> nextIntegerMapList();
+
+    // Same as the nextX above, filling the caller's storage so that hot
+    // readers reuse their buffers. False (and `out` unspecified) on failure.
+    bool nextString(std::string& out);
+    bool nextStringList(std::vector<std::string>& out);
+    bool nextIntegerList(std::vector<int64_t>& out);
+    bool nextNumberList(std::vector<double>& out);
+
+    // Structure layer.
+    bool peekBeginObject();
+    bool peekBeginArray();
+    bool nextBeginObject();
+    bool nextBeginArray();
+    std::optional<std::string> nextObjectItem();
+    bool nextObjectItem(std::string& key);  // same, into the caller's key
+    bool nextArrayItem();
+    bool nextEndObject();
+    bool nextEndArray();
+    bool skipContent(int64_t objects, int64_t arrays);
+
+private:
+    // (private members: chosen by the implementation)
+};
+
+} // namespace sorvane::archive
+
+#endif

@@ -1,0 +1,95 @@
+#ifndef SORVANE_FLAT_FRAME_H
+#define SORVANE_FLAT_FRAME_H
+
+// The frame every flat function is built on. Each flat function is one call
+// into these templates; the object's null text ("arf is NULL", "instancePtr_ is
+// NULL", ...) is a parameter, never a copy of the frame.
+
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "sorvane/core/ErrorSlot.h"
+
+namespace sorvane::flat {
+
+// Puts the text into the slot and returns the failure status.
+inline int32_t fail(const char* text) {
+    sorvane_errorMessage = text;
+    return -1;
+}
+
+// Runs the work inside the guard for standard exceptions. Anything not derived
+// from std::exception passes through on purpose.
+template <class Work>
+int32_t guard(Work&& work) {
+    try {
+        work();
+        return 0;
+    } catch (const std::exception& e) {
+        sorvane_errorMessage = e.what();
+        return -1;
+    }
+}
+
+// A text argument that names something; null fails with the standard
+// library's historical message, inside the guard.
+inline std::string str(const char* text) {
+    if (!text) throw std::logic_error("basic_string::_S_construct null not valid");
+    return std::string(text);
+}
+
+// Copies a finished text result out under the size protocol.
+inline int32_t putText(char* out, int64_t* outSize, const std::string& text) {
+    if (!outSize) return fail("outSize is NULL");
+    const int64_t length = static_cast<int64_t>(text.size());
+    if (*outSize <= length) {
+        *outSize = length + 1;
+        return -1;
+    }
+    if (!out) return fail("out is NULL");
+    std::memcpy(out, text.c_str(), text.size() + 1);
+    return 0;
+}
+
+// self->work(), no result.
+template <class T, class Work>
+int32_t call(const char* nullText, T* self, Work&& work) {
+    if (!self) return fail(nullText);
+    return guard([&] { work(*self); });
+}
+
+// *out = self->work(); out is written only after the work returned.
+template <class R, class T, class Work>
+int32_t get(R* out, const char* nullText, T* self, Work&& work) {
+    if (!self) return fail(nullText);
+    if (!out) return fail("out is NULL");
+    return guard([&] {
+        auto result = work(*self);
+        *out = std::move(result);
+    });
+}
+
+// A text result: the work runs first, then outSize and out are checked.
+template <class T, class Work>
+int32_t text(char* out, int64_t* outSize, const char* nullText, T* self, Work&& work) {
+    if (!self) return fail(nullText);
+    std::string result;
+    if (guard([&] { result = work(*self); }) != 0) return -1;
+    return putText(out, outSize, result);
+}
+
+// The _delete frame: runs the destructor outside any guard.
+template <class T>
+int32_t destroy(const char* nullText, T* self) {
+    if (!self) return fail(nullText);
+    delete self;
+    return 0;
+}
+
+} // namespace sorvane::flat
+
+#endif

@@ -1,0 +1,18 @@
+/* Flat C interface: datatree. Included by sorvane/sorvane.h. */
+#ifndef SORVANE_FLAT_SORVANE_DATATREE_H
+#define SORVANE_FLAT_SORVANE_DATATREE_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "sorvane/core/Export.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
