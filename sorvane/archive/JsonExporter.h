@@ -28,7 +28,8 @@ public:
     };
     using IntegerMap = std::unordered_map<std::string, int64_t>;
 
-    explicit JsonExporter(std::ostream& stream, const Options& options = Options());
+    explicit JsonExporter(std::ostream& stream);
+    JsonExporter(std::ostream& stream, const Options& options);
     ~JsonExporter();  // flushes
     JsonExporter(const JsonExporter&) = delete;
     JsonExporter& operator=(const JsonExporter&) = delete;

@@ -1,0 +1,417 @@
+"""Node classes: one record node and, where the record has one, its item
+list, per record of the model. The behaviour they share lives in the
+hand-written RecordNode, ItemList and IdItemList; this only says which record
+has which member."""
+
+from model import VALUE_KINDS, cap
+
+CPP_KEYWORDS = {"default", "template", "class", "delete", "new", "operator", "private", "public",
+                "protected", "union", "struct", "namespace", "register", "auto", "type", "this"}
+
+
+def cstr(text):
+    out = ['"']
+    for ch in text:
+        if ch in '\\"':
+            out.append("\\" + ch)
+        elif ch == "\n":
+            out.append("\\n")
+        else:
+            out.append(ch)
+    out.append('"')
+    return "".join(out)
+
+
+def param_name(field):
+    return field.key + "_arg" if field.key in CPP_KEYWORDS else field.key
+
+
+def guard(path):
+    return "SORVANE_" + path.replace("/", "_").replace(".", "_").upper().removeprefix("SORVANE_")
+
+
+def default_value(field):
+    d = field.default
+    t = field.type
+    if t == "string":
+        return cstr(d) if d is not None else "std::string()"
+    if t == "number":
+        return repr(float(d)) if d is not None else "0.0"
+    if t == "boolean":
+        return "true" if d else "false"
+    return str(int(d)) if d is not None else "0"
+
+
+def target_const(field):
+    return f"k{field.cap}Target"
+
+
+class NodeEmitter:
+    def __init__(self, records):
+        self.records = records
+
+    def outputs(self, record):
+        files = [record.node_header, f"sorvane/{record.source}.cpp"]
+        if record.has_list:
+            files += [record.list_header, f"sorvane/{record.list_source}.cpp"]
+        return files
+
+    def emit(self, record):
+        out = {
+            record.node_header: self.node_header(record),
+            f"sorvane/{record.source}.cpp": self.node_source(record),
+        }
+        if record.has_list:
+            out[record.list_header] = self.list_header(record)
+            out[f"sorvane/{record.list_source}.cpp"] = self.list_source(record)
+        return out
+
+    # ----- record node -----
+
+    def child_includes(self, record):
+        includes = set()
+        for f in record.fields:
+            if f.type == "object":
+                includes.add(self.records[f.of].node_header)
+            elif f.type == "list":
+                includes.add(self.records[f.of].list_header)
+            elif f.type == "generic":
+                includes.add("sorvane/arf/node/generic/ObjectNode.h")
+        return sorted(includes)
+
+    def init_signature(self, record):
+        return ", ".join(f"{VALUE_KINDS[f.type]['arg']} {param_name(f)}" for f in record.init_fields)
+
+    def member_decls(self, record, f):
+        r = self.records
+        C = f.cap
+        m = f.member
+        lines = []
+        if f.is_value:
+            k = VALUE_KINDS[f.type]
+            if f.optional:
+                lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
+                lines.append(f"{k['ret']} get{C}() const;")
+                lines.append(f"void set{C}({k['param']} value);")
+                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            else:
+                lines.append(f"{k['ret']} get{C}() const {{ return {m}; }}")
+                lines.append(f"void set{C}({k['param']} value);")
+        elif f.is_list:
+            T = f.element
+            P = "const std::string&" if T == "std::string" else T
+            R = "const std::string&" if T == "std::string" else T
+            if f.optional:
+                lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
+                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"const std::vector<{T}>& get{C}() const;")
+            lines.append(f"void set{C}(const std::vector<{T}>& values);")
+            lines.append(f"bool has{C}Value(int64_t index) const;")
+            lines.append(f"int64_t get{C}Size() const;")
+            lines.append(f"{R} get{C}Value(int64_t index) const;")
+            lines.append(f"void set{C}Value(int64_t index, {P} value);")
+            lines.append(f"void add{C}Value({P} value);")
+            lines.append(f"void remove{C}Value(int64_t index);")
+        else:
+            t = f.base_type(r)
+            if f.optional:
+                lines.append(f"bool has{C}() const {{ return static_cast<bool>({m}); }}")
+                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"const {t}& get{C}() const {{ return {m}; }}")
+            lines.append(f"void set{C}(const {t}& node);")
+        return lines
+
+    def node_header(self, record):
+        r = self.records
+        N = record.node_class
+        g = guard(record.node_header)
+        o = []
+        o.append(f"// Generated from schema/ by codegen/generate.py: do not edit.")
+        o.append(f"#ifndef {g}")
+        o.append(f"#define {g}")
+        o.append("")
+        o.append("#include <cstdint>")
+        o.append("#include <memory>")
+        o.append("#include <optional>")
+        o.append("#include <string>")
+        o.append("#include <vector>")
+        o.append("")
+        o.append('#include "sorvane/arf/node/RecordNode.h"')
+        for inc in self.child_includes(record):
+            o.append(f'#include "{inc}"')
+        o.append("")
+        o.append(f"namespace {record.namespace} {{")
+        o.append("")
+        if record.has_list:
+            o.append(f"class {record.list_class};")
+            o.append("")
+        o.append(f"class SORVANE_API {N} : public RecordNode {{")
+        o.append("public:")
+        o.append(f"    static constexpr const char* kTypeName = {cstr(record.type_name)};")
+        o.append(f"    static constexpr const char* kListTypeName = {cstr(record.list_type_name)};")
+        o.append(f"    static constexpr bool kHasName = {'true' if record.has_name else 'false'};")
+        o.append(f"    static constexpr bool kHasId = {'true' if record.id_field else 'false'};")
+        keys = ", ".join(cstr(f.key) for f in record.fields)
+        o.append(f"    static constexpr const char* kKeys[] = {{{keys}}};")
+        o.append(f"    static constexpr size_t kKeyCount = {len(record.fields)};")
+        for f in record.fields:
+            if f.is_reference:
+                section, lst = f.target_parts()
+                sec = cstr(section) if section else "nullptr"
+                o.append(f"    static constexpr ReferenceTarget {target_const(f)} = {{{sec}, {cstr(lst)}}};")
+        o.append("")
+        o.append(f"    explicit {N}(const WeakRef& parent);")
+        o.append(f"    explicit {N}(const Ref& parent);")
+        o.append(f"    ~{N}() override;")
+        o.append("")
+        o.append("    const char* getNodeTypeName() const override;")
+        if record.id_field:
+            o.append("    std::optional<std::string> getNodeIdRepr() const override;")
+        o.append("    RecordFields getRecordFields() const override;")
+        o.append("    void incompleteInit() override;")
+        o.append(f"    void init({self.init_signature(record)});")
+        for f in record.fields:
+            o.append("")
+            o.append(f"    // {cstr(f.key)}")
+            for line in self.member_decls(record, f):
+                o.append("    " + line)
+        o.append("")
+        o.append("private:")
+        for f in record.fields:
+            o.append(f"    {f.member_type(r)} {f.member};")
+        o.append("};")
+        o.append("")
+        o.append(f"}} // namespace {record.namespace}")
+        o.append("")
+        o.append("#endif")
+        return "\n".join(o) + "\n"
+
+    def assign_init(self, f):
+        p = param_name(f)
+        if f.type == "string":
+            return f"{f.member} = {p};"
+        return f"{f.member} = *{p};"
+
+    def node_source(self, record):
+        r = self.records
+        N = record.node_class
+        o = []
+        o.append("// Generated from schema/ by codegen/generate.py: do not edit.")
+        o.append(f'#include "{record.node_header}"')
+        o.append("")
+        if record.has_list:
+            o.append(f'#include "{record.list_header}"')
+        o.append('#include "sorvane/arf/node/ItemList.h"')
+        o.append("")
+        o.append(f"namespace {record.namespace} {{")
+        o.append("")
+        o.append(f"{N}::{N}(const WeakRef& parent_) : RecordNode(parent_) {{}}")
+        o.append(f"{N}::{N}(const Ref& parent_) : RecordNode(parent_) {{}}")
+        o.append(f"{N}::~{N}() = default;")
+        o.append("")
+        o.append(f"const char* {N}::getNodeTypeName() const {{ return kTypeName; }}")
+        o.append("")
+        if record.id_field:
+            o.append(f"std::optional<std::string> {N}::getNodeIdRepr() const {{ return std::to_string({record.id_field.member}); }}")
+            o.append("")
+        o.append(f"RecordFields {N}::getRecordFields() const {{")
+        o.append("    static constexpr RecordField fields[] = {")
+        for f in record.fields:
+            o.append(f"        recordField<&{N}::{f.member}>({cstr(f.key)}),")
+        o.append("    };")
+        o.append("    return {fields, fields + sizeof fields / sizeof fields[0]};")
+        o.append("}")
+        o.append("")
+        # incompleteInit
+        o.append(f"void {N}::incompleteInit() {{")
+        for f in record.fields:
+            m = f.member
+            if f.is_value:
+                o.append(f"    {m} = {'std::nullopt' if f.optional else default_value(f)};")
+            elif f.is_list:
+                o.append(f"    {m}{'.reset()' if f.optional else '.clear()'};")
+            elif f.optional:
+                o.append(f"    {m}.reset();")
+            else:
+                o.append(f"    {m} = std::make_shared<{f.child_class(r)}>(shared_from_this());")
+                if f.type in ("object", "generic"):
+                    o.append(f"    {m}->incompleteInit();")
+        o.append("}")
+        o.append("")
+        # init
+        o.append(f"void {N}::init({self.init_signature(record)}) {{")
+        o.append("    incompleteInit();")
+        for f in record.init_fields:
+            p = param_name(f)
+            if f.type == "id":
+                o.append(f"    initRecordId({f.member}, parentList<{record.list_class}>(), {p});")
+                continue
+            if f.presence == "required":
+                o.append(f"    if (!{p}) failMissing({cstr(f.key)});")
+                if f.type == "ref":
+                    o.append(f"    checkReference({target_const(f)}, {cstr(f.key)}, *{p});")
+                o.append(f"    {self.assign_init(f)}")
+            else:
+                if f.type == "ref":
+                    o.append(f"    if ({p}) checkReference({target_const(f)}, {cstr(f.key)}, *{p});")
+                o.append(f"    if ({p}) {self.assign_init(f)}")
+        o.append("}")
+        for f in record.fields:
+            o.append("")
+            o.extend(self.member_defs(record, f))
+        o.append("")
+        o.append(f"}} // namespace {record.namespace}")
+        return "\n".join(o) + "\n"
+
+    def member_defs(self, record, f):
+        r = self.records
+        N = record.node_class
+        C = f.cap
+        m = f.member
+        key = cstr(f.key)
+        o = []
+        if f.is_value:
+            k = VALUE_KINDS[f.type]
+            if f.optional:
+                o.append(f"{k['ret']} {N}::get{C}() const {{")
+                o.append(f"    if (!{m}) failNoValue({key});")
+                o.append(f"    return *{m};")
+                o.append("}")
+            o.append(f"void {N}::set{C}({k['param']} value) {{")
+            if f.type == "id":
+                o.append(f"    setRecordId({m}, parentList<{record.list_class}>(), value);")
+            elif f.type == "ref":
+                cur = f"{m} && *{m} == value" if f.optional else f"{m} == value"
+                o.append(f"    if ({cur}) return;")
+                o.append(f"    checkReference({target_const(f)}, {key}, value);")
+                o.append(f"    {m} = value;")
+            else:
+                o.append(f"    {m} = value;")
+            o.append("}")
+            return o
+        if f.is_list:
+            T = f.element
+            P = "const std::string&" if T == "std::string" else T
+            R = "const std::string&" if T == "std::string" else T
+            if f.optional:
+                cget = f"const std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+                mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+            else:
+                cget = f"const std::vector<{T}>* list = &{m};"
+                mget = f"std::vector<{T}>* list = &{m};"
+            ref = f.type == "refs"
+            tgt = target_const(f) if ref else None
+            o.append(f"const std::vector<{T}>& {N}::get{C}() const {{")
+            if f.optional:
+                o.append(f"    if (!{m}) failNoValue({key});")
+                o.append(f"    return *{m};")
+            else:
+                o.append(f"    return {m};")
+            o.append("}")
+            o.append(f"void {N}::set{C}(const std::vector<{T}>& values) {{")
+            if ref:
+                o.append(f"    for (int64_t id : values) checkReference({tgt}, {key}, id);")
+            o.append(f"    {m} = values;")
+            o.append("}")
+            o.append(f"bool {N}::has{C}Value(int64_t index) const {{")
+            o.append(f"    {cget}")
+            o.append("    return list && index >= 0 && static_cast<uint64_t>(index) < list->size();")
+            o.append("}")
+            o.append(f"int64_t {N}::get{C}Size() const {{")
+            o.append(f"    {cget}")
+            o.append("    return list ? static_cast<int64_t>(list->size()) : 0;")
+            o.append("}")
+            o.append(f"{R} {N}::get{C}Value(int64_t index) const {{")
+            o.append(f"    {cget}")
+            o.append(f'    if (!list) failNoList("Getting", {key}, index);')
+            o.append(f"    checkGetIndex({key}, index, list->size());")
+            o.append("    return (*list)[static_cast<size_t>(index)];")
+            o.append("}")
+            o.append(f"void {N}::set{C}Value(int64_t index, {P} value) {{")
+            o.append(f"    {mget}")
+            o.append(f'    if (!list) failNoList("Setting", {key}, index);')
+            o.append(f"    checkSetIndex({key}, index, list->size());")
+            if ref:
+                o.append(f"    checkReferenceItem({tgt}, {key}, index, value);")
+            o.append("    (*list)[static_cast<size_t>(index)] = value;")
+            o.append("}")
+            o.append(f"void {N}::add{C}Value({P} value) {{")
+            if ref:
+                o.append(f"    checkReferenceAdd({tgt}, {key}, value);")
+            if f.optional:
+                o.append(f"    if (!{m}) {m}.emplace();")
+                o.append(f"    {m}->push_back(value);")
+            else:
+                o.append(f"    {m}.push_back(value);")
+            o.append("}")
+            o.append(f"void {N}::remove{C}Value(int64_t index) {{")
+            o.append(f"    {mget}")
+            o.append(f'    if (!list) failNoList("Removing", {key}, index);')
+            o.append(f"    checkRemoveIndex({key}, index, list->size());")
+            o.append("    list->erase(list->begin() + static_cast<std::ptrdiff_t>(index));")
+            o.append("}")
+            return o
+        t = f.base_type(r)
+        o.append(f"void {N}::set{C}(const {t}& node) {{")
+        o.append("    if (node) node->setNodeParent(shared_from_this());")
+        o.append(f"    {m} = node;")
+        o.append("}")
+        return o
+
+    # ----- item list -----
+
+    def list_header(self, record):
+        L = record.list_class
+        N = record.node_class
+        base = f"IdItemList<{N}>" if record.id_field else f"ItemList<{N}>"
+        g = guard(record.list_header)
+        o = []
+        o.append("// Generated from schema/ by codegen/generate.py: do not edit.")
+        o.append(f"#ifndef {g}")
+        o.append(f"#define {g}")
+        o.append("")
+        o.append('#include "sorvane/arf/node/ItemList.h"')
+        o.append(f'#include "{record.node_header}"')
+        o.append("")
+        o.append(f"namespace {record.namespace} {{")
+        o.append("")
+        o.append(f"class SORVANE_API {L} : public {base} {{")
+        o.append("public:")
+        o.append(f"    explicit {L}(const WeakRef& parent);")
+        o.append(f"    explicit {L}(const Ref& parent);")
+        o.append(f"    ~{L}() override;")
+        o.append("")
+        o.append(f"    using {base}::add;")
+        o.append(f"    // A new record made by {N}::init with these arguments, appended.")
+        o.append(f"    std::shared_ptr<{N}> add({self.init_signature(record)});")
+        o.append("};")
+        o.append("")
+        o.append(f"}} // namespace {record.namespace}")
+        o.append("")
+        o.append("#endif")
+        return "\n".join(o) + "\n"
+
+    def list_source(self, record):
+        L = record.list_class
+        N = record.node_class
+        base = f"IdItemList<{N}>" if record.id_field else f"ItemList<{N}>"
+        args = ", ".join(param_name(f) for f in record.init_fields)
+        o = []
+        o.append("// Generated from schema/ by codegen/generate.py: do not edit.")
+        o.append(f'#include "{record.list_header}"')
+        o.append("")
+        o.append(f"namespace {record.namespace} {{")
+        o.append("")
+        o.append(f"{L}::{L}(const WeakRef& parent_) : {base}(parent_) {{}}")
+        o.append(f"{L}::{L}(const Ref& parent_) : {base}(parent_) {{}}")
+        o.append(f"{L}::~{L}() = default;")
+        o.append("")
+        o.append(f"std::shared_ptr<{N}> {L}::add({self.init_signature(record)}) {{")
+        o.append(f"    auto item = std::make_shared<{N}>(shared_from_this());")
+        o.append(f"    item->init({args});")
+        o.append("    items.push_back(item);")
+        o.append("    return item;")
+        o.append("}")
+        o.append("")
+        o.append(f"}} // namespace {record.namespace}")
+        return "\n".join(o) + "\n"

@@ -1,0 +1,190 @@
+"""The record descriptions of schema/*.json, loaded and checked.
+
+Each record is described once: its JSON keys in writing order, each key's kind
+and presence, defaults, the arguments of init, and whether it has a list
+class. Every emitter derives its output from this model only.
+"""
+
+import json
+
+# Kinds of member value. 'cpp' is the member's C++ type before optionality,
+# 'arg' the type of an init argument, 'param' the setter's parameter type.
+VALUE_KINDS = {
+    "string": {"cpp": "std::string", "arg": "const char*", "param": "const std::string&", "ret": "const std::string&"},
+    "integer": {"cpp": "int64_t", "arg": "std::optional<int64_t>", "param": "int64_t", "ret": "int64_t"},
+    "id": {"cpp": "int64_t", "arg": "std::optional<int64_t>", "param": "int64_t", "ret": "int64_t"},
+    "ref": {"cpp": "int64_t", "arg": "std::optional<int64_t>", "param": "int64_t", "ret": "int64_t"},
+    "number": {"cpp": "double", "arg": "std::optional<double>", "param": "double", "ret": "double"},
+    "boolean": {"cpp": "bool", "arg": "std::optional<bool>", "param": "bool", "ret": "bool"},
+}
+LIST_KINDS = {
+    "strings": "std::string",
+    "integers": "int64_t",
+    "numbers": "double",
+    "refs": "int64_t",
+}
+NODE_KINDS = ("object", "list", "generic")
+PRESENCES = ("required", "always", "optional")
+
+
+class SchemaError(Exception):
+    pass
+
+
+def cap(key):
+    return key[0].upper() + key[1:]
+
+
+class Field:
+    def __init__(self, record, desc):
+        self.record = record
+        self.key = desc["key"]
+        self.type = desc["type"]
+        self.presence = desc.get("presence", "always")
+        self.default = desc.get("default")
+        self.of = desc.get("of")
+        self.target = desc.get("target")
+        where = f"{record.name}.{self.key}"
+        if self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS:
+            raise SchemaError(f"{where}: unknown type {self.type}")
+        if self.presence not in PRESENCES:
+            raise SchemaError(f"{where}: unknown presence {self.presence}")
+        if self.type in ("object", "list") and not self.of:
+            raise SchemaError(f"{where}: '{self.type}' needs 'of'")
+        if self.type in ("ref", "refs") and not self.target:
+            raise SchemaError(f"{where}: '{self.type}' needs 'target'")
+
+    # The C++ member name; a suffix keeps keys such as "root" or "parent"
+    # clear of the node's own members.
+    @property
+    def member(self):
+        return self.key + "_"
+
+    @property
+    def cap(self):
+        return cap(self.key)
+
+    @property
+    def optional(self):
+        return self.presence == "optional"
+
+    @property
+    def is_value(self):
+        return self.type in VALUE_KINDS
+
+    @property
+    def is_list(self):
+        return self.type in LIST_KINDS
+
+    @property
+    def is_node(self):
+        return self.type in NODE_KINDS
+
+    @property
+    def is_reference(self):
+        return self.type in ("ref", "refs")
+
+    @property
+    def element(self):
+        return LIST_KINDS[self.type]
+
+    def child_class(self, records):
+        if self.type == "generic":
+            return "ObjectNode"
+        target = records[self.of]
+        return target.list_class if self.type == "list" else target.node_class
+
+    def base_type(self, records):
+        if self.is_value:
+            return VALUE_KINDS[self.type]["cpp"]
+        if self.is_list:
+            return f"std::vector<{self.element}>"
+        return f"std::shared_ptr<{self.child_class(records)}>"
+
+    def member_type(self, records):
+        t = self.base_type(records)
+        if self.optional and not self.is_node:
+            return f"std::optional<{t}>"
+        return t
+
+    def target_parts(self):
+        parts = self.target.split(".")
+        if len(parts) == 1:
+            return None, parts[0]
+        return parts[0], parts[1]
+
+
+class Record:
+    def __init__(self, module, desc):
+        self.module = module
+        self.name = desc["name"]
+        self.source = desc["source"]
+        self.has_list = bool(desc.get("list", False))
+        self.type_name = desc.get("typeName", self.name)
+        self.list_type_name = desc.get("listTypeName", self.name + "List")
+        self.fields = [Field(self, f) for f in desc["fields"]]
+        self.init_keys = desc.get("init", [])
+        keys = [f.key for f in self.fields]
+        if len(set(keys)) != len(keys):
+            raise SchemaError(f"{self.name}: repeated key")
+        for k in self.init_keys:
+            if k not in keys:
+                raise SchemaError(f"{self.name}: init argument {k} is no key")
+        self.id_field = next((f for f in self.fields if f.type == "id"), None)
+        if self.id_field and not self.has_list:
+            raise SchemaError(f"{self.name}: an id needs a list")
+        self.has_name = any(f.key == "name" and f.type == "string" for f in self.fields)
+
+    @property
+    def node_class(self):
+        return self.name + "Node"
+
+    @property
+    def list_class(self):
+        return self.name + "Nodes"
+
+    @property
+    def folder(self):
+        return self.source.rsplit("/", 1)[0]
+
+    @property
+    def node_header(self):
+        return f"sorvane/{self.source}.h"
+
+    @property
+    def list_source(self):
+        return f"{self.folder}/{self.list_class}"
+
+    @property
+    def list_header(self):
+        return f"sorvane/{self.list_source}.h"
+
+    @property
+    def namespace(self):
+        return f"sorvane::{self.module}"
+
+    def field(self, key):
+        return next(f for f in self.fields if f.key == key)
+
+    @property
+    def init_fields(self):
+        return [self.field(k) for k in self.init_keys]
+
+
+def load(paths):
+    records = {}
+    for path in paths:
+        with open(path, encoding="utf-8") as f:
+            doc = json.load(f)
+        for desc in doc["records"]:
+            record = Record(doc["module"], desc)
+            if record.name in records:
+                raise SchemaError(f"{path}: record {record.name} described twice")
+            records[record.name] = record
+    for record in records.values():
+        for field in record.fields:
+            if field.type in ("object", "list") and field.of not in records:
+                raise SchemaError(f"{record.name}.{field.key}: unknown record {field.of}")
+            if field.type == "list" and not records[field.of].has_list:
+                raise SchemaError(f"{record.name}.{field.key}: {field.of} has no list")
+    return records

@@ -1,0 +1,23 @@
+#include "sorvane/arf/node/generic/IntegerNode.h"
+
+#include "sorvane/core/RuntimeException.h"
+
+namespace sorvane::arf {
+
+IntegerNode::IntegerNode(const WeakRef& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
+IntegerNode::IntegerNode(const Ref& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
+
+const char* IntegerNode::getNodeTypeName() const { return "integer"; }
+bool IntegerNode::isNodeInteger() const { return true; }
+int64_t IntegerNode::getNodeInteger() const { return value; }
+void IntegerNode::setNodeInteger(int64_t value_) { value = value_; }
+
+void IntegerNode::fromJson(archive::JsonImporter& importer) {
+    auto v = importer.nextInteger();
+    if (!v) SORVANE_THROW("Expect an integer at line %d", importer.getLine());
+    value = *v;
+}
+
+void IntegerNode::toJson(archive::JsonExporter& exporter) const { exporter.addInteger(value); }
+
+} // namespace sorvane::arf

@@ -1,0 +1,20 @@
+#include "sorvane/arf/node/generic/NullNode.h"
+
+#include "sorvane/core/RuntimeException.h"
+
+namespace sorvane::arf {
+
+NullNode::NullNode(const WeakRef& parent_) : AbstractNode(parent_) {}
+NullNode::NullNode(const Ref& parent_) : AbstractNode(parent_) {}
+
+const char* NullNode::getNodeTypeName() const { return "null"; }
+
+bool NullNode::isNodeNull() const { return true; }
+
+void NullNode::fromJson(archive::JsonImporter& importer) {
+    if (!importer.nextNull()) SORVANE_THROW("Expect a null at line %d", importer.getLine());
+}
+
+void NullNode::toJson(archive::JsonExporter& exporter) const { exporter.addString("null"); }
+
+} // namespace sorvane::arf

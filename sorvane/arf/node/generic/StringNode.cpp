@@ -1,0 +1,21 @@
+#include "sorvane/arf/node/generic/StringNode.h"
+
+#include "sorvane/core/RuntimeException.h"
+
+namespace sorvane::arf {
+
+StringNode::StringNode(const WeakRef& parent_, std::string value_) : AbstractNode(parent_), value(std::move(value_)) {}
+StringNode::StringNode(const Ref& parent_, std::string value_) : AbstractNode(parent_), value(std::move(value_)) {}
+
+const char* StringNode::getNodeTypeName() const { return "string"; }
+bool StringNode::isNodeString() const { return true; }
+std::string StringNode::getNodeString() const { return value; }
+void StringNode::setNodeString(const std::string& value_) { value = value_; }
+
+void StringNode::fromJson(archive::JsonImporter& importer) {
+    if (!importer.nextString(value)) SORVANE_THROW("Expect a string at line %d", importer.getLine());
+}
+
+void StringNode::toJson(archive::JsonExporter& exporter) const { exporter.addString(value); }
+
+} // namespace sorvane::arf
