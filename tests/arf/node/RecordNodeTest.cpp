@@ -1,0 +1,305 @@
+#include <gtest/gtest.h>
+
+#include "sorvane/arf/node/RootNode.h"
+#include "sorvane/arf/node/preamble/AuthenticationFeaturesNodes.h"
+#include "sorvane/arf/node/preamble/ProprietaryAnimationNodes.h"
+#include "sorvane/arf/node/structure/AssetNodes.h"
+#include "sorvane/arf/node/structure/LodNodes.h"
+#include "sorvane/arf/node/structure/ProtectionConfigurationNodes.h"
+#include "tests/arf/node/NodeTestSupport.h"
+
+using namespace sorvane::arf;
+using talvex_test::messageOf;
+using talvex_test::newRoot;
+using talvex_test::readRoot;
+using talvex_test::stderrOf;
+
+TEST(RecordNode, FreshDocumentInExactOutputForm) {
+    auto root = newRoot();
+    EXPECT_EQ(root->toJsonString(),
+              "{\n"
+              "  \"preamble\": {\n"
+              "    \"signature\": \"MPEG-ARF-2025\",\n"
+              "    \"version\": \"1.0.0\",\n"
+              "    \"supportedAnimations\": {}\n"
+              "  },\n"
+              "  \"identity\": {\n"
+              "    \"name\": \"<undefined>\",\n"
+              "    \"id\": \"<undefined>\",\n"
+              "    \"age\": 0,\n"
+              "    \"gender\": \"<undefined>\"\n"
+              "  },\n"
+              "  \"structure\": {\n"
+              "    \"assets\": []\n"
+              "  }\n"
+              "}");
+}
+
+TEST(RecordNode, ReadBackByteForByte) {
+    const std::string text =
+        "{\n"
+        "  \"preamble\": {\n"
+        "    \"signature\": \"other\",\n"
+        "    \"version\": \"2.0\",\n"
+        "    \"authenticationFeatures\": [\n"
+        "      {\n"
+        "        \"publicKey\": \"k1\",\n"
+        "        \"voiceFeature\": \"v\"\n"
+        "      }\n"
+        "    ],\n"
+        "    \"supportedAnimations\": {\n"
+        "      \"faceAnimations\": [\"urn:a\", \"urn:b\"],\n"
+        "      \"bodyAnimations\": [],\n"
+        "      \"proprietaryAnimations\": [\n"
+        "        {\n"
+        "          \"id\": 4,\n"
+        "          \"scheme\": \"s\",\n"
+        "          \"items\": [1, 2, 3]\n"
+        "        }\n"
+        "      ]\n"
+        "    }\n"
+        "  },\n"
+        "  \"identity\": {\n"
+        "    \"name\": \"Ada\",\n"
+        "    \"id\": \"x-1\",\n"
+        "    \"age\": 31.5,\n"
+        "    \"gender\": \"f\"\n"
+        "  },\n"
+        "  \"structure\": {\n"
+        "    \"assets\": [\n"
+        "      {\n"
+        "        \"lods\": [\n"
+        "          {\n"
+        "            \"meshes\": [],\n"
+        "            \"textureSets\": [99],\n"
+        "            \"name\": \"high\",\n"
+        "            \"id\": 2\n"
+        "          }\n"
+        "        ],\n"
+        "        \"name\": \"body\",\n"
+        "        \"id\": 1\n"
+        "      }\n"
+        "    ],\n"
+        "    \"protectionConfigurations\": [\n"
+        "      {\n"
+        "        \"schemeIdUri\": \"urn:p\",\n"
+        "        \"value\": {\n"
+        "          \"k\": \"v\"\n"
+        "        }\n"
+        "      }\n"
+        "    ]\n"
+        "  }\n"
+        "}";
+    auto root = readRoot(text);
+    EXPECT_EQ(root->toJsonString(), text);
+    // A dangling reference (99) is accepted from a file and kept.
+    auto lod = root->getStructure()->getAssets()->get(1)->getLods()->get(2);
+    EXPECT_EQ(lod->getTextureSetsValue(0), 99);
+    EXPECT_EQ(root->getIdentity()->getAge(), 31.5);
+}
+
+TEST(RecordNode, KeysInAnyOrderAndMissingOnes) {
+    auto root = readRoot(R"({"identity": {"gender": "m", "name": "Bo"}, "structure": {}})");
+    auto identity = root->getIdentity();
+    EXPECT_EQ(identity->getName(), "Bo");
+    EXPECT_EQ(identity->getId(), "<undefined>");
+    EXPECT_EQ(identity->getAge(), 0);
+    // Written in the fixed key order, defaults included.
+    EXPECT_EQ(identity->toJsonString({false, true, false}),
+              R"({"name":"Bo","id":"<undefined>","age":0,"gender":"m"})");
+    // No structure content and no preamble in the file: empty assets, defaults.
+    EXPECT_TRUE(root->getStructure()->getAssets()->isNodeEmpty());
+    EXPECT_EQ(root->getPreamble()->getSignature(), "MPEG-ARF-2025");
+
+    // A record with a missing required key loads, and writes the empty value.
+    auto other = readRoot(R"({"structure": {"assets": [{"id": 3}]}})");
+    auto asset = other->getStructure()->getAssets()->get(3);
+    EXPECT_EQ(asset->getName(), "");
+    EXPECT_NE(other->toJsonString().find("\"name\": \"\""), std::string::npos);
+}
+
+TEST(RecordNode, UnknownKeysAreSkippedWithAWarning) {
+    std::shared_ptr<RootNode> root;
+    std::string err = stderrOf([&] {
+        root = readRoot("{\"identity\": {\"name\": \"A\",\n \"shoeSize\": [1, {\"x\": [2]}], \"age\": 3},\n\"extra\": 5}");
+    });
+    EXPECT_EQ(err,
+              "Ignore invalid or unsupported property \"shoeSize\" at line 2\n"
+              "Ignore invalid or unsupported property \"extra\" at line 3\n");
+    EXPECT_EQ(root->getIdentity()->getAge(), 3);
+}
+
+TEST(RecordNode, ReadingFailures) {
+    EXPECT_EQ(messageOf([] { readRoot("[]"); }), "Expect an object at line 1");
+    EXPECT_EQ(messageOf([] { readRoot("{\"identity\": {\n\"age\": \"old\"}}"); }), "Error parsing age at line 2");
+    EXPECT_EQ(messageOf([] { readRoot("{\"identity\": {\"name\": \"a\" \"id\": \"b\"}}"); }),
+              "Expect the end of an object at line 1");
+    EXPECT_EQ(messageOf([] { readRoot(R"({"structure": {"assets": {}}})"); }), "Expect an array at line 1");
+    EXPECT_EQ(messageOf([] { readRoot(R"({"structure": {"assets": [{"lods": [{"meshes": [1.5]}]}]}})"); }),
+              "Error parsing meshes at line 1");
+    EXPECT_EQ(messageOf([] { readRoot("{\"bad\": [1, }"); }).rfind("Failed to skip content for key \"bad\"", 0), 0u);
+    // A generic value holds no fractions.
+    EXPECT_EQ(messageOf([] {
+                  readRoot(R"({"structure": {"protectionConfigurations": [{"schemeIdUri": "u", "value": {"a": 1.5}}]}})");
+              }),
+              "Expect the end of an object at line 1");
+    EXPECT_EQ(messageOf([] {
+                  readRoot(R"({"structure": {"protectionConfigurations": [{"value": {"a": true}}]}})");
+              }),
+              "Unsupported or invalid object at line 1");
+}
+
+TEST(RecordNode, InitChecksAndDefaults) {
+    auto root = newRoot();
+    auto preamble = root->getPreamble();
+    preamble->init("sig", nullptr);
+    EXPECT_EQ(preamble->getSignature(), "sig");
+    EXPECT_EQ(preamble->getVersion(), "1.0.0");
+
+    auto features = std::make_shared<AuthenticationFeaturesNodes>(preamble);
+    preamble->setAuthenticationFeatures(features);
+    EXPECT_EQ(messageOf([&] { features->add(static_cast<const char*>(nullptr)); }),
+              "Initialization of preamble.authenticationFeatures[-1]: publicKey must be defined");
+    auto feature = features->add("key");
+    EXPECT_EQ(feature->getNodePath(), "preamble.authenticationFeatures[0]");
+    EXPECT_EQ(messageOf([&] { feature->getFacialFeature(); }),
+              "Getting preamble.authenticationFeatures[0].facialFeature: No value");
+
+    auto animations = std::make_shared<ProprietaryAnimationNodes>(preamble->getSupportedAnimations());
+    EXPECT_EQ(messageOf([&] { animations->add(std::nullopt, "s"); }).find("id must be defined") != std::string::npos,
+              true);
+    EXPECT_EQ(messageOf([&] { animations->add(5, nullptr); }).find("scheme must be defined") != std::string::npos,
+              true);
+    // Not an id-carrying list: the same id twice is fine.
+    animations->add(5, "a");
+    animations->add(5, "b");
+    EXPECT_EQ(animations->getNodeSize(), 2);
+}
+
+TEST(RecordNode, IdsFreeIdsAndPaths) {
+    auto root = newRoot();
+    auto assets = root->getStructure()->getAssets();
+    EXPECT_EQ(assets->getNodeItemFreeId(), 1);
+    auto a3 = assets->add("three", 3);
+    assets->add("seven", 7);
+    EXPECT_EQ(assets->getNodeItemFreeId(), 8);
+    auto auto8 = assets->add("next", std::nullopt);
+    EXPECT_EQ(auto8->getId(), 8);
+    assets->remove(8);
+    assets->remove(7);
+    EXPECT_EQ(assets->getNodeItemFreeId(), 4);
+
+    EXPECT_EQ(a3->getNodePath(), "structure.assets[3]");
+    EXPECT_EQ(a3->getNodeIndex(), 0);
+    auto lod = a3->getLods()->add("low", std::nullopt);
+    EXPECT_EQ(lod->getNodePath(), "structure.assets[3].lods[1]");
+
+    EXPECT_EQ(messageOf([&] { assets->add("dup", 3); }), "Initialization of structure.assets[0]: id 3 is already used");
+    EXPECT_EQ(messageOf([&] { assets->get(42); }), "Getting item from structure.assets: Invalid id 42");
+    EXPECT_EQ(messageOf([&] { assets->remove(42); }), "Getting item from structure.assets: Invalid id 42");
+    EXPECT_EQ(messageOf([&] { assets->getByIndex(5); }), "Getting item from structure.assets: Invalid index 5");
+    EXPECT_EQ(messageOf([&] { assets->removeByIndex(-1); }), "Removing item in structure.assets:\nInvalid index -1");
+
+    // add(item) refuses a used id and a null item; an item made elsewhere is adopted.
+    auto loose = std::make_shared<AssetNode>(assets);
+    loose->init("loose", 10);
+    auto other = std::make_shared<AssetNode>(assets);
+    other->init("other", 10);
+    assets->add(loose);
+    EXPECT_EQ(messageOf([&] { assets->add(other); }), "Adding item to structure.assets:\nid 10 is already used");
+    EXPECT_EQ(messageOf([&] { assets->add(std::shared_ptr<AssetNode>()); }),
+              "Adding item to structure.assets:\nItem is NULL");
+    EXPECT_EQ(assets->findNodeItemIdByName("loose"), 10);
+    EXPECT_EQ(assets->findNodeItemIndexByName("loose"), 1);
+    EXPECT_EQ(assets->findNodeItemIdByName("nobody"), -1);
+    EXPECT_EQ(assets->getNodeItemNames(), (std::vector<std::string>{"three", "loose"}));
+
+    // setId: unchanged is a no-op, a used id fails, a free one moves the record.
+    a3->setId(3);
+    EXPECT_EQ(messageOf([&] { a3->setId(10); }), "Setting structure.assets[3].id: 10 already used");
+    a3->setId(12);
+    EXPECT_EQ(a3->getNodePath(), "structure.assets[12]");
+    auto detached = std::make_shared<AssetNode>(std::weak_ptr<AbstractNode>());
+    EXPECT_EQ(detached->getNodePath(), "<noparent>");
+    EXPECT_EQ(messageOf([&] { detached->setId(4); }), "Setting <noparent>.id: No parent");
+    EXPECT_EQ(messageOf([&] { detached->init("x", std::nullopt); }),
+              "Initialization of <noparent>: Internal error: no parent");
+    auto misplaced = std::make_shared<AssetNode>(root->getIdentity());
+    EXPECT_EQ(messageOf([&] { misplaced->setId(4); }), "Setting <invalid>.id: Invalid parent");
+}
+
+TEST(RecordNode, DuplicateIdsFromAFile) {
+    auto root = readRoot(R"({"structure": {"assets": [{"name": "a", "id": 2}, {"name": "b", "id": 2}]}})");
+    auto assets = root->getStructure()->getAssets();
+    EXPECT_EQ(assets->getNodeSize(), 2);
+    EXPECT_EQ(assets->get(2)->getName(), "a");
+}
+
+TEST(RecordNode, ValueListsAndReferenceSetters) {
+    auto root = newRoot();
+    auto lod = root->getStructure()->getAssets()->add("a", std::nullopt)->getLods()->add("l", std::nullopt);
+    const std::string path = "structure.assets[1].lods[1]";
+    EXPECT_FALSE(lod->hasMeshes());
+    EXPECT_EQ(lod->getMeshesSize(), 0);
+    EXPECT_FALSE(lod->hasMeshesValue(0));
+    EXPECT_EQ(messageOf([&] { lod->getMeshesValue(0); }), "Getting item of " + path + ".meshes: No list");
+    EXPECT_EQ(messageOf([&] { lod->setMeshesValue(2, 1); }), "Setting item 2 of " + path + ".meshes: No list");
+    EXPECT_EQ(messageOf([&] { lod->removeMeshesValue(1); }), "Removing item 1 of " + path + ".meshes: No list");
+    EXPECT_EQ(messageOf([&] { lod->getMeshes(); }), "Getting " + path + ".meshes: No value");
+    // No components section in this document: references cannot be checked
+    // against anything and are refused.
+    EXPECT_EQ(messageOf([&] { lod->addMeshesValue(1); }), "There is no components");
+    EXPECT_EQ(messageOf([&] { lod->setSkins({1}); }), "There is no components");
+
+    // An empty list that is present is written; an absent one is not.
+    lod->setMeshes({});
+    EXPECT_TRUE(lod->hasMeshes());
+    EXPECT_EQ(lod->toJsonString({false, true, false}), R"({"meshes":[],"name":"l","id":1})");
+    EXPECT_EQ(messageOf([&] { lod->getMeshesValue(0); }), "Getting item of " + path + ".meshes: Invalid index 0");
+    EXPECT_EQ(messageOf([&] { lod->setMeshesValue(0, 3); }),
+              "Setting item 0 of " + path + ".meshes: Invalid index 0");
+    EXPECT_EQ(messageOf([&] { lod->removeMeshesValue(0); }), "Removing item 0 of " + path + ".meshes: Invalid index");
+    lod->removeMeshes();
+    EXPECT_FALSE(lod->hasMeshes());
+
+    auto items = root->getPreamble()->getSupportedAnimations();
+    items->addFaceAnimationsValue("urn:x");
+    items->addFaceAnimationsValue("urn:y");
+    items->setFaceAnimationsValue(0, "urn:z");
+    items->removeFaceAnimationsValue(1);
+    EXPECT_EQ(items->getFaceAnimations(), std::vector<std::string>{"urn:z"});
+}
+
+TEST(RecordNode, GenericObjectView) {
+    auto root = newRoot();
+    auto preamble = root->getPreamble();
+    EXPECT_TRUE(preamble->isNodeObject());
+    EXPECT_TRUE(preamble->hasNodeItem(std::string("supportedAnimations")));
+    EXPECT_FALSE(preamble->hasNodeItem(std::string("authenticationFeatures")));
+    EXPECT_EQ(messageOf([&] { preamble->getNodeItem(std::string("signature")); }),
+              "Getting item in preamble: no property signature");
+    EXPECT_EQ(preamble->getNodeItemNames(), std::vector<std::string>{"supportedAnimations"});
+    EXPECT_EQ(preamble->getSupportedAnimations()->getNodeName(), "supportedAnimations");
+
+    // A required child can be removed like any other and is then not written.
+    preamble->getSupportedAnimations()->removeNode();
+    EXPECT_FALSE(preamble->getSupportedAnimations());
+    EXPECT_EQ(preamble->toJsonString({false, true, false}), R"({"signature":"MPEG-ARF-2025","version":"1.0.0"})");
+
+    // A removed node keeps its parent link but is no longer present.
+    auto identity = root->getIdentity();
+    EXPECT_TRUE(identity->isNodePresent());
+    identity->removeNode();
+    EXPECT_FALSE(identity->isNodePresent());
+    EXPECT_EQ(identity->getNodeName(), "<invalid>");
+    EXPECT_EQ(messageOf([&] { identity->removeNode(); }), "Removing at item of : Node was not found");
+
+    // Root: section keys are known whether present or not.
+    EXPECT_TRUE(root->hasNodeItem(std::string("identity")));
+    EXPECT_TRUE(root->hasNodeItem(std::string("components")));
+    EXPECT_FALSE(root->hasNodeItem(std::string("other")));
+    EXPECT_EQ(root->getNodePath(), "");
+    EXPECT_EQ(root->getNodeIndex(), -1);
+    EXPECT_EQ(messageOf([&] { root->getNodeInteger(); }), " is not an integer");
+    EXPECT_EQ(messageOf([&] { preamble->getNodeItem(int64_t(0)); }), "preamble is not a list");
+}
