@@ -28,6 +28,9 @@ public:
     };
     using IntegerMap = std::unordered_map<std::string, int64_t>;
 
+    // Two constructors rather than a default argument: a default argument
+    // `Options()` inside this class would need Options' member initializers
+    // before the class is complete, which compilers reject.
     explicit JsonExporter(std::ostream& stream);
     JsonExporter(std::ostream& stream, const Options& options);
     ~JsonExporter();  // flushes
@@ -57,7 +60,24 @@ public:
     void flush();
 
 private:
-    // (private members: chosen by the implementation)
+    void separator(int32_t type);
+    void close(int32_t type, char c, const char* name);
+    void debugLine(const char* name, size_t level, bool withFirst, bool first);
+    void appendString(const char* value, size_t size);
+    void appendNumber(double value);
+    void appendInteger(int64_t value);
+    void done() {
+        if (stack_.empty() || out_.size() >= kFlushSize) flush();
+    }
+
+    static constexpr size_t kFlushSize = 64 * 1024;
+
+    int32_t indent_ = 0;
+    std::ostream& stream_;
+    std::vector<Item> stack_;
+    Options options_;
+    std::string out_;  // output not yet handed to the stream
+    bool plainNumbers_ = true;  // the stream formats numbers as the C locale does
 };
 
 } // namespace sorvane::archive

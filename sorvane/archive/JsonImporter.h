@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <istream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -84,7 +85,35 @@ public:
     bool skipContent(int64_t objects, int64_t arrays);
 
 private:
-    // (private members: chosen by the implementation)
+    // The cursor works on one contiguous buffer: [begin_, end_) holds the
+    // characters read and not yet committed, pos_ is the look-ahead.
+    // Positions kept across a refill are taken relative to begin_, because a
+    // refill may move the uncommitted characters to the front.
+    bool fill();
+    bool avail() { return pos_ < end_ || fill(); }
+    void skipBlanks();
+    bool scanString(std::string& out);
+    bool scanInteger(int64_t& out);
+    bool scanNumber(double& out);
+    bool scanNull();
+    bool scanBoolean(bool& out);
+    bool scanOpen(char c);
+    bool scanIntegerMap(IntegerMap& out);
+    template <class T, class Scan>
+    bool scanList(std::vector<T>& out, Scan scan);
+
+    std::istream& stream_;
+    std::unique_ptr<char[]> data_;
+    size_t capacity_ = 0;
+    size_t begin_ = 0;
+    size_t pos_ = 0;
+    size_t end_ = 0;
+    int32_t line_ = 1;
+    bool eof_ = false;
+    bool dotDecimal_ = true;  // the C locale writes numbers with '.'
+    std::vector<Item> stack_;
+    std::string key_;      // scratch for skipped strings and map keys
+    std::string digits_;   // scratch for the slow number conversion
 };
 
 } // namespace sorvane::archive
