@@ -51,6 +51,7 @@ int Modes::run(const std::vector<std::string>& arguments) {
         const std::string& name = arguments[1];
         args::ArgumentParser parser(name);
         parser.Prog(program + " " + name);
+        args::HelpFlag help(parser, "help", "Show this help", {'h', "help"});
         auto found = creators.find(name);
         if (found == creators.end()) {
             std::cout << "Invalid mode " << name << std::endl;

@@ -9,9 +9,7 @@ namespace sorvane::arf {
 
 AbstractNode::AbstractNode() = default;
 
-AbstractNode::AbstractNode(const WeakRef& parent_) { AbstractNode::setNodeParent(parent_); }
-
-AbstractNode::AbstractNode(const Ref& parent_) { AbstractNode::setNodeParent(parent_); }
+AbstractNode::AbstractNode(const NodeParent& parent_) { AbstractNode::setNodeParent(parent_.node); }
 
 AbstractNode::~AbstractNode() = default;
 

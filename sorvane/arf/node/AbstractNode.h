@@ -14,7 +14,20 @@
 
 namespace sorvane::arf {
 
+class AbstractNode;
 class RootNode;
+
+// The parent handed to a node's constructor: a shared or a weak reference to
+// any node class.
+struct NodeParent {
+    std::shared_ptr<AbstractNode> node;
+    NodeParent(const std::shared_ptr<AbstractNode>& parent) : node(parent) {}
+    NodeParent(const std::weak_ptr<AbstractNode>& parent) : node(parent.lock()) {}
+    template <class T>
+    NodeParent(const std::shared_ptr<T>& parent) : node(parent) {}
+    template <class T>
+    NodeParent(const std::weak_ptr<T>& parent) : node(parent.lock()) {}
+};
 
 // One node of a document tree: a JSON object or array of the document.
 // Children are owned by their parents; the links upward (root, parent) are
@@ -81,8 +94,7 @@ public:
 
 protected:
     AbstractNode();  // for RootNode only
-    explicit AbstractNode(const WeakRef& parent);
-    explicit AbstractNode(const Ref& parent);
+    explicit AbstractNode(const NodeParent& parent);
 
     // The failures of the unsupported families, with this node's path.
     [[noreturn]] void failNotContainer() const;

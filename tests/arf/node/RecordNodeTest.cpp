@@ -137,7 +137,11 @@ TEST(RecordNode, ReadingFailures) {
     EXPECT_EQ(messageOf([] { readRoot(R"({"structure": {"assets": {}}})"); }), "Expect an array at line 1");
     EXPECT_EQ(messageOf([] { readRoot(R"({"structure": {"assets": [{"lods": [{"meshes": [1.5]}]}]}})"); }),
               "Error parsing meshes at line 1");
-    EXPECT_EQ(messageOf([] { readRoot("{\"bad\": [1, }"); }).rfind("Failed to skip content for key \"bad\"", 0), 0u);
+    EXPECT_EQ(messageOf([] { readRoot(R"({"bad": "\u0041"})"); }), "Failed to skip content for key \"bad\" at line 1");
+    EXPECT_EQ(messageOf([] { readRoot("{\"bad\": [1,\n"); }), "Failed to skip content for key \"bad\" at line 2");
+    // The skipper stops at a closing brace it did not open: an unbalanced
+    // value is taken as ended there.
+    EXPECT_EQ(messageOf([] { readRoot("{\"bad\": [1, }"); }), "");
     // A generic value holds no fractions.
     EXPECT_EQ(messageOf([] {
                   readRoot(R"({"structure": {"protectionConfigurations": [{"schemeIdUri": "u", "value": {"a": 1.5}}]}})");
@@ -225,7 +229,7 @@ TEST(RecordNode, IdsFreeIdsAndPaths) {
     EXPECT_EQ(messageOf([&] { detached->init("x", std::nullopt); }),
               "Initialization of <noparent>: Internal error: no parent");
     auto misplaced = std::make_shared<AssetNode>(root->getIdentity());
-    EXPECT_EQ(messageOf([&] { misplaced->setId(4); }), "Setting <invalid>.id: Invalid parent");
+    EXPECT_EQ(messageOf([&] { misplaced->setId(4); }), "Setting identity.<invalid>.id: Invalid parent");
 }
 
 TEST(RecordNode, DuplicateIdsFromAFile) {

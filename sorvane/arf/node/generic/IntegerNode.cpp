@@ -4,8 +4,7 @@
 
 namespace sorvane::arf {
 
-IntegerNode::IntegerNode(const WeakRef& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
-IntegerNode::IntegerNode(const Ref& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
+IntegerNode::IntegerNode(const NodeParent& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
 
 const char* IntegerNode::getNodeTypeName() const { return "integer"; }
 bool IntegerNode::isNodeInteger() const { return true; }

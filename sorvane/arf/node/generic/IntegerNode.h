@@ -8,8 +8,7 @@ namespace sorvane::arf {
 // A 64-bit integer inside a generic value.
 class SORVANE_API IntegerNode : public AbstractNode {
 public:
-    explicit IntegerNode(const WeakRef& parent, int64_t value = 0);
-    explicit IntegerNode(const Ref& parent, int64_t value = 0);
+    explicit IntegerNode(const NodeParent& parent, int64_t value = 0);
 
     const char* getNodeTypeName() const override;
     bool isNodeInteger() const override;

@@ -5,8 +5,7 @@
 
 namespace sorvane::arf {
 
-ListNode::ListNode(const WeakRef& parent_) : BasicList(parent_) {}
-ListNode::ListNode(const Ref& parent_) : BasicList(parent_) {}
+ListNode::ListNode(const NodeParent& parent_) : BasicList(parent_) {}
 
 const char* ListNode::getNodeTypeName() const { return "list"; }
 const char* ListNode::getNodeItemTypeName() const { return "node"; }

@@ -9,8 +9,7 @@ namespace sorvane::arf {
 // objects are not part of the format.
 class SORVANE_API ListNode : public BasicList<AbstractNode> {
 public:
-    explicit ListNode(const WeakRef& parent);
-    explicit ListNode(const Ref& parent);
+    explicit ListNode(const NodeParent& parent);
 
     const char* getNodeTypeName() const override;
     const char* getNodeItemTypeName() const override;

@@ -4,8 +4,7 @@
 
 namespace sorvane::arf {
 
-NullNode::NullNode(const WeakRef& parent_) : AbstractNode(parent_) {}
-NullNode::NullNode(const Ref& parent_) : AbstractNode(parent_) {}
+NullNode::NullNode(const NodeParent& parent_) : AbstractNode(parent_) {}
 
 const char* NullNode::getNodeTypeName() const { return "null"; }
 

@@ -9,8 +9,7 @@ namespace sorvane::arf {
 // which older documents expect, and reads a real JSON null.
 class SORVANE_API NullNode : public AbstractNode {
 public:
-    explicit NullNode(const WeakRef& parent);
-    explicit NullNode(const Ref& parent);
+    explicit NullNode(const NodeParent& parent);
 
     const char* getNodeTypeName() const override;
     bool isNodeNull() const override;

@@ -2,8 +2,7 @@
 
 namespace sorvane::arf {
 
-ObjectNode::ObjectNode(const WeakRef& parent_) : ObjectNodeTemplate(parent_) {}
-ObjectNode::ObjectNode(const Ref& parent_) : ObjectNodeTemplate(parent_) {}
+ObjectNode::ObjectNode(const NodeParent& parent_) : ObjectNodeTemplate(parent_) {}
 ObjectNode::~ObjectNode() = default;
 
 } // namespace sorvane::arf

@@ -8,8 +8,7 @@ namespace sorvane::arf {
 // The generic object of ARF documents (configuration values and the like).
 class SORVANE_API ObjectNode : public ObjectNodeTemplate<AbstractNode> {
 public:
-    explicit ObjectNode(const WeakRef& parent);
-    explicit ObjectNode(const Ref& parent);
+    explicit ObjectNode(const NodeParent& parent);
     ~ObjectNode() override;
 };
 

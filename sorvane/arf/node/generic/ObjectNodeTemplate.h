@@ -21,8 +21,7 @@ public:
     using ConstRef = typename Base::ConstRef;
     using WeakRef = typename Base::WeakRef;
 
-    explicit ObjectNodeTemplate(const WeakRef& parent) : Base(parent) {}
-    explicit ObjectNodeTemplate(const Ref& parent) : Base(parent) {}
+    explicit ObjectNodeTemplate(const NodeParent& parent) : Base(parent) {}
 
     void initDefault() { items.clear(); }
     void incompleteInit() { items.clear(); }

@@ -4,8 +4,7 @@
 
 namespace sorvane::arf {
 
-StringNode::StringNode(const WeakRef& parent_, std::string value_) : AbstractNode(parent_), value(std::move(value_)) {}
-StringNode::StringNode(const Ref& parent_, std::string value_) : AbstractNode(parent_), value(std::move(value_)) {}
+StringNode::StringNode(const NodeParent& parent_, std::string value_) : AbstractNode(parent_), value(std::move(value_)) {}
 
 const char* StringNode::getNodeTypeName() const { return "string"; }
 bool StringNode::isNodeString() const { return true; }

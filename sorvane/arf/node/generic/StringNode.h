@@ -8,8 +8,7 @@ namespace sorvane::arf {
 // A text inside a generic value.
 class SORVANE_API StringNode : public AbstractNode {
 public:
-    explicit StringNode(const WeakRef& parent, std::string value = std::string());
-    explicit StringNode(const Ref& parent, std::string value = std::string());
+    explicit StringNode(const NodeParent& parent, std::string value = std::string());
 
     const char* getNodeTypeName() const override;
     bool isNodeString() const override;
