@@ -13,3 +13,7 @@ talvex="$build/apps/talvex"
 
 echo "== talvex (modes)"
 "$talvex" || true
+
+echo
+echo "== talvex format examples/avatar.arf.json (read into the document tree, written back)"
+"$talvex" format examples/avatar.arf.json
