@@ -1,6 +1,7 @@
 #ifndef SORVANE_ARF_NODE_GENERIC_OBJECTNODETEMPLATE_H
 #define SORVANE_ARF_NODE_GENERIC_OBJECTNODETEMPLATE_H
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -95,11 +96,17 @@ public:
         if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
     }
 
+    // Keys are written in byte order, so that a value read back and written
+    // again gives the same text (a hash map's own order would not).
     void toJson(archive::JsonExporter& exporter) const override {
+        std::vector<const typename decltype(items)::value_type*> sorted;
+        sorted.reserve(items.size());
+        for (const auto& entry : items) sorted.push_back(&entry);
+        std::sort(sorted.begin(), sorted.end(), [](auto a, auto b) { return a->first < b->first; });
         exporter.beginObject();
-        for (const auto& entry : items) {
-            exporter.addObjectItem(entry.first);
-            entry.second->toJson(exporter);
+        for (const auto* entry : sorted) {
+            exporter.addObjectItem(entry->first);
+            entry->second->toJson(exporter);
         }
         exporter.endObject();
     }
