@@ -11,8 +11,6 @@ shift || true
 build=${TALVEX_FUZZ_BUILD_DIR:-build-fuzz}
 CC=clang CXX=clang++ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTALVEX_SANITIZE=ON \
   -DTALVEX_LIBFUZZER=ON -DTALVEX_BUILD_APPS=OFF >/dev/null
-cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)"
-
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
   for f in fuzz/*.cpp; do
@@ -21,6 +19,7 @@ if [ ${#targets[@]} -eq 0 ]; then
   done
 fi
 for name in "${targets[@]}"; do
+  cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)" --target "fuzz_$name"
   work="$build/fuzz-work/$name"
   mkdir -p "$work"
   echo "== fuzz $name for ${seconds}s"

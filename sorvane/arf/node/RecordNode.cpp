@@ -13,7 +13,7 @@ RecordNode::~RecordNode() = default;
 const RecordField* RecordNode::findField(const std::string& key) const {
     const RecordFields fields = getRecordFields();
     for (const RecordField* f = fields.begin; f != fields.end; ++f)
-        if (key == f->key) return f;
+        if (key.size() == f->keyLength && std::memcmp(key.data(), f->key, f->keyLength) == 0) return f;
     return nullptr;
 }
 

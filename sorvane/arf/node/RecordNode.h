@@ -2,6 +2,7 @@
 #define SORVANE_ARF_NODE_RECORDNODE_H
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,6 +21,7 @@ class RecordNode;
 // for members that are nodes, reached. Built by recordField<&X::member>.
 struct RecordField {
     const char* key;
+    size_t keyLength;
     bool (*read)(RecordNode& self, archive::JsonImporter& importer);
     bool (*present)(const RecordNode& self);
     void (*write)(const RecordNode& self, archive::JsonExporter& exporter);
@@ -237,10 +239,10 @@ constexpr RecordField recordField(const char* key) {
     using T = typename detail::MemberOf<Member>::Type;
     if constexpr (detail::IsSharedPtr<T>::value) {
         using F = detail::ChildField<Member>;
-        return RecordField{key, &F::read, &F::present, &F::write, &F::child, &F::setChild, &F::clearChild};
+        return RecordField{key, std::char_traits<char>::length(key), &F::read, &F::present, &F::write, &F::child, &F::setChild, &F::clearChild};
     } else {
         using F = detail::ValueField<Member>;
-        return RecordField{key, &F::read, &F::present, &F::write, nullptr, nullptr, nullptr};
+        return RecordField{key, std::char_traits<char>::length(key), &F::read, &F::present, &F::write, nullptr, nullptr, nullptr};
     }
 }
 
