@@ -27,5 +27,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvexConfig.cmake
   ${CMAKE_CURRENT_BINARY_DIR}/talvexConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/talvex)
 
+# The prefix is found from the .pc file's own place, so the tree can move.
+file(RELATIVE_PATH TALVEX_PC_UP /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" TALVEX_PC_UP "${TALVEX_PC_UP}")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/talvex.pc.in ${CMAKE_CURRENT_BINARY_DIR}/talvex.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvex.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
