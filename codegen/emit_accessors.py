@@ -1,0 +1,184 @@
+"""Accessor classes: for each record an object accessor with one member
+accessor per key, and a list accessor where the record has a list. The
+behaviour lives in the hand-written templates (ObjectProperty, ValueMember,
+ValueListMember, ChildMember, ChildListMember, ListProperty); this says which
+member has which kind, through one small descriptor per member."""
+
+from emit_nodes import cstr, guard
+from model import VALUE_KINDS
+
+# Names of the accessor's own members that a key must not shadow.
+RESERVED = {"node", "has", "root", "readOnly", "nodeRef", "get", "getNode", "owner"}
+
+TYPE_NAMES = {"string": "string", "integer": "integer", "id": "integer", "ref": "integer",
+              "number": "number", "boolean": "boolean"}
+
+
+def accessor_source(record):
+    # arf/node/structure/AssetNode -> arf/property/structure/Asset
+    folder = record.folder.replace("/node", "/property", 1)
+    return f"{folder}/{record.name}"
+
+
+def list_accessor_source(record):
+    return accessor_source(record) + "List"
+
+
+def member_var(field):
+    return field.key + "_" if field.key in RESERVED else field.key
+
+
+def descriptor(record, field):
+    return f"{record.name}{field.cap}"
+
+
+class AccessorEmitter:
+    def __init__(self, records):
+        self.records = records
+
+    def supported(self, field):
+        # Generic values get their accessor with the generic property classes.
+        return field.type != "generic"
+
+    def outputs(self, record):
+        files = [f"sorvane/{accessor_source(record)}.h", f"sorvane/{accessor_source(record)}.cpp"]
+        if record.has_list:
+            files += [f"sorvane/{list_accessor_source(record)}.h"]
+        return files
+
+    def emit(self, record):
+        out = {
+            f"sorvane/{accessor_source(record)}.h": self.header(record),
+            f"sorvane/{accessor_source(record)}.cpp": self.source(record),
+        }
+        if record.has_list:
+            out[f"sorvane/{list_accessor_source(record)}.h"] = self.list_header(record)
+        return out
+
+    def member_type(self, record, f):
+        N = record.node_class
+        d = f"fields::{descriptor(record, f)}"
+        if f.is_value:
+            return f"ValueMember<{N}, {d}>"
+        if f.is_list:
+            return f"ValueListMember<{N}, {d}>"
+        # Qualified: the member's own name may be the child accessor's name.
+        target = self.records[f.of]
+        ns = "::" + target.namespace
+        if f.type == "object":
+            return f"ChildMember<{N}, {ns}::{target.name}, {d}>"
+        return f"ChildListMember<{N}, {ns}::{target.name}List, {d}>"
+
+    def descriptor_struct(self, record, f):
+        N = record.node_class
+        C = f.cap
+        o = [f"struct SORVANE_API {descriptor(record, f)} {{"]
+        o.append(f"    static constexpr const char* kKey = {cstr(f.key)};")
+        o.append(f"    static constexpr bool kOptional = {'true' if f.optional else 'false'};")
+        if f.is_value:
+            k = VALUE_KINDS[f.type]
+            o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
+            o.append(f"    using Value = {k['cpp']};")
+            o.append(f"    static {k['ret']} get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static void set({N}& n, const Value& v) {{ n.set{C}(v); }}")
+        elif f.is_list:
+            E = f.element
+            o.append(f"    using Element = {E};")
+            o.append(f"    static const std::vector<{E}>& get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static void set({N}& n, const std::vector<{E}>& v) {{ n.set{C}(v); }}")
+            o.append(f"    static int64_t size(const {N}& n) {{ return n.get{C}Size(); }}")
+            o.append(f"    static bool hasValue(const {N}& n, int64_t i) {{ return n.has{C}Value(i); }}")
+            o.append(f"    static decltype(auto) getValue(const {N}& n, int64_t i) {{ return n.get{C}Value(i); }}")
+            o.append(f"    static void setValue({N}& n, int64_t i, const Element& v) {{ n.set{C}Value(i, v); }}")
+            o.append(f"    static void addValue({N}& n, const Element& v) {{ n.add{C}Value(v); }}")
+            o.append(f"    static void removeValue({N}& n, int64_t i) {{ n.remove{C}Value(i); }}")
+        else:
+            t = f.base_type(self.records)
+            o.append(f"    static const {t}& get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static void set({N}& n, const {t}& v) {{ n.set{C}(v); }}")
+        if f.optional:
+            o.append(f"    static bool has(const {N}& n) {{ return n.has{C}(); }}")
+            o.append(f"    static void remove({N}& n) {{ n.remove{C}(); }}")
+        o.append("};")
+        return o
+
+    def includes(self, record):
+        inc = {record.node_header, "sorvane/arf/property/MemberAccessors.h", "sorvane/arf/property/ObjectProperty.h"}
+        for f in record.fields:
+            if not self.supported(f):
+                continue
+            if f.type == "object":
+                inc.add(f"sorvane/{accessor_source(self.records[f.of])}.h")
+            elif f.type == "list":
+                inc.add(f"sorvane/{list_accessor_source(self.records[f.of])}.h")
+                inc.add(self.records[f.of].list_header)
+        return sorted(inc)
+
+    def header(self, record):
+        A = record.name
+        N = record.node_class
+        path = f"sorvane/{accessor_source(record)}.h"
+        fields = [f for f in record.fields if self.supported(f)]
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
+             f"#ifndef {guard(path)}", f"#define {guard(path)}", ""]
+        for inc in self.includes(record):
+            o.append(f'#include "{inc}"')
+        o += ["", f"namespace {record.namespace} {{", "", "namespace fields {", ""]
+        for f in fields:
+            o += self.descriptor_struct(record, f)
+            o.append("")
+        o += ["} // namespace fields", ""]
+        o.append(f"// The accessor of a {record.type_name} record.")
+        o.append(f"class SORVANE_API {A} : public ObjectProperty<{N}> {{")
+        o.append("public:")
+        for f in fields:
+            o.append(f"    using {f.cap} = {self.member_type(record, f)};")
+        o.append("")
+        o.append(f"    {A}();")
+        o.append(f"    {A}(const std::shared_ptr<RootNode>& root, const std::shared_ptr<{N}>& node, bool readOnly);")
+        o.append("")
+        for f in fields:
+            o.append(f"    {f.cap} {member_var(f)};")
+        o.append("")
+        o.append("protected:")
+        o.append("    void clearMembers() override;")
+        o.append("};")
+        o += ["", f"}} // namespace {record.namespace}", "", "#endif"]
+        return "\n".join(o) + "\n"
+
+    def source(self, record):
+        A = record.name
+        N = record.node_class
+        fields = [f for f in record.fields if self.supported(f)]
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
+             f'#include "sorvane/{accessor_source(record)}.h"', "",
+             f"namespace {record.namespace} {{", ""]
+        o.append(f"{A}::{A}() = default;")
+        o.append("")
+        inits = "".join(f",\n      {member_var(f)}(root_, node_, readOnly_)" for f in fields)
+        o.append(f"{A}::{A}(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<{N}>& node_, bool readOnly_)")
+        o.append(f"    : ObjectProperty(root_, node_, readOnly_){inits} {{}}")
+        o.append("")
+        o.append(f"void {A}::clearMembers() {{")
+        for f in fields:
+            o.append(f"    {member_var(f)}.reset();")
+        o.append("}")
+        o += ["", f"}} // namespace {record.namespace}"]
+        return "\n".join(o) + "\n"
+
+    def list_header(self, record):
+        L = record.name + "List"
+        path = f"sorvane/{list_accessor_source(record)}.h"
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
+             f"#ifndef {guard(path)}", f"#define {guard(path)}", "",
+             f'#include "{record.list_header}"',
+             '#include "sorvane/arf/property/ListProperty.h"',
+             f'#include "sorvane/{accessor_source(record)}.h"', "",
+             f"namespace {record.namespace} {{", "",
+             f"// The accessor of a {record.list_type_name}.",
+             f"class SORVANE_API {L} : public ListProperty<{record.list_class}, {record.name}> {{",
+             "public:",
+             "    using ListProperty::ListProperty;",
+             "};", "",
+             f"}} // namespace {record.namespace}", "", "#endif"]
+        return "\n".join(o) + "\n"

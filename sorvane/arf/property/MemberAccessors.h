@@ -1,0 +1,259 @@
+#ifndef SORVANE_ARF_PROPERTY_MEMBERACCESSORS_H
+#define SORVANE_ARF_PROPERTY_MEMBERACCESSORS_H
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "sorvane/archive/JsonExporter.h"
+#include "sorvane/arf/property/ObjectProperty.h"
+#include "sorvane/core/RuntimeException.h"
+
+// The member accessors, one template per kind of value. Each record's
+// accessor instantiates them with a descriptor D that names the key, says
+// whether the member is optional and reaches the node's typed members.
+
+namespace sorvane::arf {
+
+namespace detail {
+
+inline std::string textArgument(const char* text) {
+    if (!text) throw std::logic_error("basic_string::_S_construct null not valid");
+    return std::string(text);
+}
+
+inline void writeValue(archive::JsonExporter& out, const std::string& v) { out.addString(v); }
+inline void writeValue(archive::JsonExporter& out, int64_t v) { out.addInteger(v); }
+inline void writeValue(archive::JsonExporter& out, double v) { out.addNumber(v); }
+inline void writeValue(archive::JsonExporter& out, bool v) { out.addBoolean(v); }
+inline void writeValue(archive::JsonExporter& out, const std::vector<std::string>& v) { out.addStringList(v); }
+inline void writeValue(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
+inline void writeValue(archive::JsonExporter& out, const std::vector<double>& v) { out.addNumberList(v); }
+
+} // namespace detail
+
+// A text, integer, number or boolean member.
+template <class NodeT, class D>
+class SORVANE_API ValueMember : public MemberProperty<NodeT, D> {
+public:
+    using Value = typename D::Value;
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ValueMember() = default;
+    ValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return D::kTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        if constexpr (D::kOptional) {
+            if (!D::has(this->node())) {
+                out << "null";
+                return;
+            }
+        }
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, static_cast<Value>(D::get(this->node())));
+    }
+
+    decltype(auto) get() const {
+        const NodeT& n = this->node();
+        if constexpr (D::kOptional) {
+            if (!D::has(n)) SORVANE_THROW("In %s: No %s", n.getNodePath().c_str(), D::kKey);
+        }
+        return D::get(n);
+    }
+
+    void set(const Value& value) { D::set(this->writableNode(Change::Set), value); }
+
+    // Text members.
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    const char* c_str() const {
+        return get().c_str();
+    }
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    void set(const char* value) {
+        set(detail::textArgument(value));
+    }
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    void add(const std::string& text) {
+        NodeT& n = this->writableNode(Change::Append);
+        std::string value;
+        if constexpr (D::kOptional) {
+            if (D::has(n)) value = D::get(n);
+        } else {
+            value = D::get(n);
+        }
+        D::set(n, value + text);
+    }
+
+    // Integer members also take an int.
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, int64_t>>>
+    void set(int value) {
+        set(static_cast<int64_t>(value));
+    }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A list of texts, integers or numbers, references included.
+template <class NodeT, class D>
+class SORVANE_API ValueListMember : public MemberProperty<NodeT, D> {
+public:
+    using Element = typename D::Element;
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ValueListMember() = default;
+    ValueListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return "list"; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        if constexpr (D::kOptional) {
+            if (!D::has(this->node())) {
+                out << "null";
+                return;
+            }
+        }
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, D::get(this->node()));
+    }
+
+    int64_t size() const { return D::size(this->node()); }
+    bool has(int64_t index) const { return D::hasValue(this->node(), index); }
+    const std::vector<Element>& get() const { return D::get(this->node()); }
+    decltype(auto) get(int64_t index) const { return D::getValue(this->node(), index); }
+    void set(const std::vector<Element>& values) { D::set(this->writableNode(Change::Set), values); }
+    void set(int64_t index, const Element& value) { D::setValue(this->writableNode(Change::SetItem), index, value); }
+    void add(const Element& value) { D::addValue(this->writableNode(Change::AddItem), value); }
+    void remove(int64_t index) { D::removeValue(this->writableNode(Change::RemoveItem), index); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A child record, viewed through its own object accessor Acc.
+template <class NodeT, class Acc, class D>
+class SORVANE_API ChildMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ChildMember() = default;
+    ChildMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return Acc::Node::kTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& child = D::get(this->node());
+        if (child) out << *child;
+        else out << "null";
+    }
+
+    Acc get() const { return Acc(this->root, D::get(this->node()), this->readOnly); }
+    Acc* getPtr() const { return new Acc(get()); }
+
+    struct Arrow {
+        Acc value;
+        Acc* operator->() { return &value; }
+    };
+    Arrow operator->() const { return Arrow{get()}; }
+    operator Acc() const { return get(); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A child list, viewed through its list accessor ListAcc.
+template <class NodeT, class ListAcc, class D>
+class SORVANE_API ChildListMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+    using Item = typename ListAcc::Item;
+    using ListNode = typename ListAcc::Node;
+
+    ChildListMember() = default;
+    ChildListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return Item::Node::kListTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& list = D::get(this->node());
+        if (list) out << *list;
+        else out << "null";
+    }
+
+    ListAcc get() const { return ListAcc(this->root, D::get(this->node()), this->readOnly); }
+    ListAcc* getPtr() const { return new ListAcc(get()); }
+
+    int64_t size() const {
+        const auto& list = D::get(this->node());
+        return list ? list->getNodeSize() : 0;
+    }
+    bool has(int64_t id) const {
+        const auto& list = D::get(this->node());
+        return list && list->findNodeItemIndexById(id) >= 0;
+    }
+    Item get(int64_t id) const { return get().get(id); }
+    Item operator[](int64_t id) const { return get(id); }
+    Item getByIndex(int64_t index) const { return get().getByIndex(index); }
+
+    // Creates an absent list on the first item added.
+    template <class... A>
+    Item add(A&&... args) {
+        NodeT& n = this->writableNode(Change::AddItem);
+        if (!D::get(n)) D::set(n, std::make_shared<ListNode>(this->owner));
+        return get().add(std::forward<A>(args)...);
+    }
+    template <class... A>
+    Item* addPtr(A&&... args) {
+        return new Item(add(std::forward<A>(args)...));
+    }
+
+    std::vector<std::string> getPropertyItemNames() const {
+        const auto& list = D::get(this->node());
+        if (!list)
+            SORVANE_THROW("Getting names of items of %s: Property does not exist", this->getPropertyPath().c_str());
+        return list->getNodeItemNames();
+    }
+    int64_t findPropertyItemIndexByName(const std::string& name) const {
+        const auto& list = D::get(this->node());
+        if (!list)
+            SORVANE_THROW("Finding name in items of %s: Property does not exist", this->getPropertyPath().c_str());
+        return list->findNodeItemIndexByName(name);
+    }
+
+    struct Arrow {
+        ListAcc value;
+        ListAcc* operator->() { return &value; }
+    };
+    Arrow operator->() const { return Arrow{get()}; }
+    operator ListAcc() const { return get(); }
+
+    typename ListAcc::Iterator begin() const { return get().begin(); }
+    typename ListAcc::Iterator end() const { return get().end(); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+} // namespace sorvane::arf
+
+#endif

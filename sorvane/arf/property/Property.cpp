@@ -1,0 +1,39 @@
+#include "sorvane/arf/property/Property.h"
+
+#include <sstream>
+
+#include "sorvane/arf/node/RootNode.h"
+#include "sorvane/core/RuntimeException.h"
+
+namespace sorvane::arf {
+
+Property::Property() = default;
+
+Property::Property(const std::shared_ptr<RootNode>& root_, bool readOnly_) : root(root_), readOnly(readOnly_) {}
+
+Property::~Property() = default;
+
+std::string Property::buildRepresentation() const {
+    std::ostringstream out;
+    outputRepresentation(out);
+    return out.str();
+}
+
+void Property::failInvalidNode() { SORVANE_THROW("Invalid node"); }
+
+void Property::checkWritable(Change change, const std::string& path) const {
+    if (!readOnly) return;
+    const char* p = path.c_str();
+    switch (change) {
+    case Change::Set: SORVANE_THROW("Setting %s: Forbidden, read-only accessor", p);
+    case Change::Append: SORVANE_THROW("Appending %s: Forbidden, read-only accessor", p);
+    case Change::AddItem: SORVANE_THROW("Adding an item to %s: Forbidden, read-only accessor", p);
+    case Change::ListAdd: SORVANE_THROW("Adding an item to %s\nForbidden, read-only accessor", p);
+    case Change::SetItem: SORVANE_THROW("Setting an item of %s: Forbidden, read-only accessor", p);
+    case Change::RemoveItem: SORVANE_THROW("Removing an item of %s: Forbidden, read-only accessor", p);
+    case Change::RemoveProperty: SORVANE_THROW("Removing %s: Forbidden, read-only accessor", p);
+    case Change::Get: SORVANE_THROW("Getting %s: Forbidden, read-only accessor", p);
+    }
+}
+
+} // namespace sorvane::arf
