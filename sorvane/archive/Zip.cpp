@@ -141,8 +141,11 @@ std::vector<std::string> Zip::getAllNames() const {
     for (zip_int64_t index = 0; index < count; ++index) {
         const char* name = zip_get_name(archive_, static_cast<zip_uint64_t>(index), 0);
         if (!name) {
-            // An entry deleted in this session (a failed add) is no item.
-            if (zip_error_code_zip(zip_get_error(archive_)) == ZIP_ER_DELETED) continue;
+            // An entry deleted in this session (a failed add) is no item:
+            // libzip reports a deleted old entry as deleted, a deleted new
+            // one as an invalid index.
+            const int code = zip_error_code_zip(zip_get_error(archive_));
+            if (code == ZIP_ER_DELETED || code == ZIP_ER_INVAL) continue;
             SORVANE_THROW("Error getting item %ld in zip %s: %s", static_cast<long>(index), path_.c_str(),
                           zip_strerror(archive_));
         }

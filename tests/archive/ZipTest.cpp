@@ -263,3 +263,28 @@ TEST(Zip, RelativeProviderInsideArchive) {
     EXPECT_EQ(again.getDataSize("head/mesh.bin"), 8);
     EXPECT_EQ(reopened->getAllNames(), std::vector<std::string>{"models/head/mesh.bin"});
 }
+
+TEST(Zip, FailedCompressionSettingDropsTheEntry) {
+    const fs::path dir = scratch("zip-delete");
+    const fs::path path = dir / "d.zip";
+    {
+        Zip zip = Zip::create(path);
+        zip.create("kept", std::string("kept"));
+        zip.create("dropped", std::string("old"));
+        zip.setCompression(99, 0);  // no such method
+        EXPECT_EQ(failure([&] { zip.create("fresh", std::string("x")); }),
+                  "Error adding file to zip " + path.string() + ": Compression method not supported");
+        EXPECT_EQ(failure([&] { zip.create("dropped", std::string("new")); }),
+                  "Error adding file to zip " + path.string() + ": Compression method not supported");
+        EXPECT_FALSE(zip.exists("fresh"));
+        EXPECT_FALSE(zip.exists("dropped"));
+        EXPECT_EQ(zip.getAllNames(), std::vector<std::string>{"kept"});
+        zip.setCompression(8, 6);
+        zip.create("after", std::string("after"));
+    }
+    Zip zip = Zip::open(path);
+    std::vector<std::string> names = zip.getAllNames();
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"after", "kept"}));
+    EXPECT_EQ(zip.getString("kept", 0), "kept");
+}
