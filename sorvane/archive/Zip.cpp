@@ -38,6 +38,21 @@ struct zip* openArchive(const fs::path& path, bool creating) {
 // hostile directory, refused before anything is allocated for it.
 constexpr uint64_t kDeflateRatio = 1032;
 constexpr uint64_t kDeflateSlack = 1024;
+// Other methods have no useful bound (bzip2 reaches millions to one): a
+// larger claim than this is checked by inflating once, into a small buffer.
+constexpr uint64_t kVerifyAbove = 16u << 20;
+
+// Whether the entry really holds `size` bytes, counted without keeping them.
+bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
+    zip_file_t* file = zip_fopen(archive, name, 0);
+    if (!file) return false;
+    char scratch[16384];
+    uint64_t total = 0;
+    zip_int64_t got = 0;
+    while (total <= size && (got = zip_fread(file, scratch, sizeof scratch)) > 0) total += static_cast<uint64_t>(got);
+    zip_fclose(file);
+    return got == 0 && total == size;
+}
 
 } // namespace
 
@@ -164,16 +179,24 @@ bool Zip::stat(const std::string& canonical, Entry& entry) const {
         if (zip_stat(archive_, entry.zipName.c_str(), 0, &info) != 0) return false;
     }
     if (!(info.valid & ZIP_STAT_SIZE)) return false;
-    bool plausible = info.size <= static_cast<uint64_t>(INT64_MAX / 2);
-    if (plausible && (info.valid & ZIP_STAT_COMP_SIZE) && (info.valid & ZIP_STAT_COMP_METHOD)) {
-        plausible = info.comp_size <= static_cast<uint64_t>(archiveSize_);
-        if (info.comp_method == ZIP_CM_STORE) plausible = plausible && info.size <= info.comp_size;
-        if (info.comp_method == ZIP_CM_DEFLATE || info.comp_method == ZIP_CM_DEFLATE64)
-            plausible = plausible && info.size <= info.comp_size * kDeflateRatio + kDeflateSlack;
+    // The recorded sizes are checked before anything is allocated for them.
+    int problem = info.size <= static_cast<uint64_t>(INT64_MAX / 2) ? ZIP_ER_OK : ZIP_ER_INCONS;
+    if (!problem && (info.valid & ZIP_STAT_COMP_SIZE) && (info.valid & ZIP_STAT_COMP_METHOD)) {
+        const uint16_t method = info.comp_method;
+        if (info.comp_size > static_cast<uint64_t>(archiveSize_)) {
+            problem = ZIP_ER_INCONS;
+        } else if (method == ZIP_CM_STORE) {
+            if (info.size > info.comp_size) problem = ZIP_ER_INCONS;
+        } else if (method == ZIP_CM_DEFLATE) {
+            if (info.size > info.comp_size * kDeflateRatio + kDeflateSlack) problem = ZIP_ER_INCONS;
+        } else if (!zip_compression_method_supported(method, 0)) {
+            problem = ZIP_ER_COMPNOTSUPP;
+        } else if (info.size > kVerifyAbove && !holdsSize(archive_, entry.zipName.c_str(), info.size)) {
+            problem = ZIP_ER_INCONS;
+        }
     }
-    if (!plausible)
-        SORVANE_THROW("Error reading %s from zip %s: %s", canonical.c_str(), path_.c_str(),
-                      codeText(ZIP_ER_INCONS).c_str());
+    if (problem)
+        SORVANE_THROW("Error reading %s from zip %s: %s", canonical.c_str(), path_.c_str(), codeText(problem).c_str());
     entry.size = static_cast<int64_t>(info.size);
     entry.seekable = (info.valid & ZIP_STAT_COMP_METHOD) && info.comp_method == ZIP_CM_STORE &&
                      (!(info.valid & ZIP_STAT_ENCRYPTION_METHOD) || info.encryption_method == ZIP_EM_NONE);

@@ -288,3 +288,36 @@ TEST(Zip, FailedCompressionSettingDropsTheEntry) {
     EXPECT_EQ(names, (std::vector<std::string>{"after", "kept"}));
     EXPECT_EQ(zip.getString("kept", 0), "kept");
 }
+
+TEST(Zip, HostileSizesAreRefusedBeforeAllocating) {
+    const fs::path dir = scratch("zip-hostile");
+    const fs::path path = dir / "h.zip";
+    {
+        Zip zip = Zip::create(path);
+        zip.create("entry", pattern(3000));
+    }
+    const std::vector<unsigned char> good = fileBytes(path);
+    // The central directory record: method at +10, uncompressed size at +24.
+    const unsigned char signature[] = {'P', 'K', 1, 2};
+    const auto central = std::search(good.begin(), good.end(), signature, signature + 4) - good.begin();
+    ASSERT_LT(static_cast<size_t>(central) + 28, good.size());
+    const auto patched = [&](uint16_t method, uint32_t size) {
+        std::vector<unsigned char> bytes = good;
+        bytes[central + 10] = method & 0xff;
+        bytes[central + 11] = method >> 8;
+        for (int i = 0; i < 4; ++i) bytes[central + 24 + i] = (size >> (8 * i)) & 0xff;
+        std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        return path;
+    };
+    const std::string prefix = "Error reading entry from zip " + path.string() + ": ";
+    const uint32_t huge = 3600000000u;
+    EXPECT_EQ(failure([&] { Zip::open(patched(8, huge)).getDataSize("entry"); }), prefix + "Zip archive inconsistent");
+    EXPECT_EQ(failure([&] { Zip::open(patched(0, huge)).getBytes("entry", 0); }), prefix + "Zip archive inconsistent");
+    EXPECT_EQ(failure([&] { Zip::open(patched(72, huge)).getString("entry", 0); }),
+              prefix + "Compression method not supported");
+    // bzip2 has no useful ratio bound: the claim is checked by reading once.
+    EXPECT_EQ(failure([&] { Zip::open(patched(12, huge)).getString("entry", 0); }), prefix + "Zip archive inconsistent");
+    // A wrong but small size gets as far as reading, and fails there.
+    EXPECT_NE(failure([&] { Zip::open(patched(8, 3001)).getString("entry", 0); }).find(prefix), std::string::npos);
+    EXPECT_EQ(Zip::open(patched(8, 3000)).getString("entry", 0), pattern(3000));
+}
