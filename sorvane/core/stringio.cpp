@@ -1,7 +1,6 @@
 #include "sorvane/core/stringio.h"
 
 #include <fstream>
-#include <iterator>
 
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/detail/ReadFile.h"
@@ -27,8 +26,14 @@ std::vector<std::string> loadStringLines(const std::string& path, bool skipComme
     std::error_code error;
     std::ifstream in(path, std::ios::binary);
     if (!in || std::filesystem::is_directory(path, error)) SORVANE_THROW("Error opening %s", path.c_str());
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) SORVANE_THROW("Error reading %s", path.c_str());
+    // One block read: mesh and point files can be large.
+    std::string text;
+    in.seekg(0, std::ios::end);
+    const std::streamoff length = in.tellg();
+    in.seekg(0, std::ios::beg);
+    if (length < 0 || !in) SORVANE_THROW("Error reading %s", path.c_str());
+    text.resize(static_cast<size_t>(length));
+    if (length > 0 && !in.read(&text[0], length)) SORVANE_THROW("Error reading %s", path.c_str());
     std::vector<std::string> lines;
     size_t start = 0;
     const size_t size = text.size();
