@@ -1,6 +1,7 @@
 #include "apps/talvex/AppModes.h"
 
 #include "apps/talvex/FormatMode.h"
+#include "apps/talvex/ListMode.h"
 
 namespace talvex_app {
 
@@ -12,6 +13,8 @@ static sorvane::Mode* make(args::ArgumentParser& parser) {
 AppModes::AppModes() {
     addCategory("Documents");
     addMode("format", make<FormatMode>);
+    addCategory("Files");
+    addMode("list", make<ListMode>);
 }
 
 } // namespace talvex_app

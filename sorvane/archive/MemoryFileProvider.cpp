@@ -1,0 +1,83 @@
+#include "sorvane/archive/MemoryFileProvider.h"
+
+#include <cstring>
+
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/detail/ReadFile.h"
+
+namespace sorvane::archive {
+
+MemoryFileProvider::MemoryFileProvider() = default;
+
+const char* MemoryFileProvider::className() const {
+    return "Memory";
+}
+
+std::string MemoryFileProvider::getMainDir() const {
+    return "memory:";
+}
+
+const MemoryFileProvider::Item& MemoryFileProvider::item(const std::string& canonical) const {
+    const auto found = items_.find(canonical);
+    if (found == items_.end()) SORVANE_THROW("No item '%s'", canonical.c_str());
+    return found->second;
+}
+
+bool MemoryFileProvider::exists(const std::string& name) const {
+    return items_.count(canonizeName(name)) != 0;
+}
+
+int64_t MemoryFileProvider::getDataSize(const std::string& name) const {
+    return item(canonizeName(name)).size;
+}
+
+int64_t MemoryFileProvider::getData(void* out, int64_t outSize, const std::string& name, int64_t) const {
+    const std::string canonical = canonizeName(name);
+    const Item& found = item(canonical);
+    if (out) {
+        if (found.size > outSize) SORVANE_THROW("Buffer too small for '%s'", canonical.c_str());
+        if (!found.data) SORVANE_THROW("No data for '%s'", canonical.c_str());
+        std::memcpy(out, found.data.get(), static_cast<size_t>(found.size));
+    }
+    return found.size;
+}
+
+std::string MemoryFileProvider::getString(const std::string& name, int64_t) const {
+    const std::string canonical = canonizeName(name);
+    const Item& found = item(canonical);
+    if (!found.data) SORVANE_THROW("No data for '%s'", canonical.c_str());
+    return std::string(reinterpret_cast<const char*>(found.data.get()), static_cast<size_t>(found.size));
+}
+
+void MemoryFileProvider::store(const std::string& canonical, std::unique_ptr<uint8_t[]> data, int64_t size) {
+    if (size == 0) {
+        Item& emptied = items_[canonical];
+        emptied.data.reset();
+        emptied.size = 0;
+        return;
+    }
+    // First write wins: content already stored stays.
+    auto inserted = items_.try_emplace(canonical);
+    if (!inserted.second) return;
+    inserted.first->second.size = size;
+    inserted.first->second.data = std::move(data);
+}
+
+void MemoryFileProvider::create(const std::string& name, const void* data, int64_t size) {
+    const std::string canonical = canonizeName(name);
+    if (size < 0 || (size > 0 && !data)) SORVANE_THROW("Invalid data for '%s'", canonical.c_str());
+    if (size == 0 || items_.count(canonical)) return store(canonical, nullptr, size);
+    std::unique_ptr<uint8_t[]> copy(new uint8_t[static_cast<size_t>(size)]);
+    std::memcpy(copy.get(), data, static_cast<size_t>(size));
+    store(canonical, std::move(copy), size);
+}
+
+void MemoryFileProvider::createFromFile(const std::string& name, const std::string& path, bool) {
+    const std::string canonical = canonizeName(name);
+    detail::ReadFile file(path.c_str());
+    std::unique_ptr<uint8_t[]> data(new uint8_t[static_cast<size_t>(file.size())]);
+    file.read(data.get(), file.size());
+    store(canonical, std::move(data), file.size());
+}
+
+} // namespace sorvane::archive

@@ -1,0 +1,48 @@
+#ifndef SORVANE_ARCHIVE_MEMORYFILEPROVIDER_H
+#define SORVANE_ARCHIVE_MEMORYFILEPROVIDER_H
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "sorvane/archive/FileProvider.h"
+
+namespace sorvane::archive {
+
+// Items in a table in memory, under canonical names. Content is written
+// once: a later create with content leaves the first content in place, a
+// create of size 0 empties the item. Offsets are ignored: reads return the
+// whole item.
+class SORVANE_API MemoryFileProvider : public FileProvider {
+public:
+    struct Item {
+        int64_t size = 0;
+        std::unique_ptr<uint8_t[]> data;  // null for an emptied item
+    };
+
+    MemoryFileProvider();
+    MemoryFileProvider(const MemoryFileProvider&) = delete;
+    MemoryFileProvider& operator=(const MemoryFileProvider&) = delete;
+
+    using FileProvider::create;
+
+    const char* className() const override;
+    std::string getMainDir() const override;
+    bool exists(const std::string& name) const override;
+    int64_t getDataSize(const std::string& name) const override;
+    int64_t getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const override;
+    std::string getString(const std::string& name, int64_t offset) const override;
+    void create(const std::string& name, const void* data, int64_t size) override;
+    // Reads the file and stores it like create; `overwrite` is ignored.
+    void createFromFile(const std::string& name, const std::string& path, bool overwrite) override;
+
+private:
+    const Item& item(const std::string& canonical) const;
+    void store(const std::string& canonical, std::unique_ptr<uint8_t[]> data, int64_t size);
+
+    std::unordered_map<std::string, Item> items_;
+};
+
+} // namespace sorvane::archive
+
+#endif

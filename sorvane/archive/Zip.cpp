@@ -1,0 +1,358 @@
+#include "sorvane/archive/Zip.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/detail/ReadFile.h"
+
+namespace fs = std::filesystem;
+
+namespace sorvane::archive {
+
+namespace {
+
+// libzip's text for one of its error codes.
+std::string codeText(int code) {
+    zip_error_t error;
+    zip_error_init_with_code(&error, code);
+    std::string text = zip_error_strerror(&error);
+    zip_error_fini(&error);
+    return text;
+}
+
+struct zip* openArchive(const fs::path& path, bool creating) {
+    int code = 0;
+    struct zip* archive = zip_open(path.c_str(), creating ? ZIP_CREATE : ZIP_RDONLY, &code);
+    if (!archive)
+        SORVANE_THROW(creating ? "Error creating file %s: %s" : "Error opening file %s: %s", path.c_str(),
+                      codeText(code).c_str());
+    return archive;
+}
+
+// Deflate cannot expand beyond about 1032:1; a larger claim is a broken or
+// hostile directory, refused before anything is allocated for it.
+constexpr uint64_t kDeflateRatio = 1032;
+constexpr uint64_t kDeflateSlack = 1024;
+// Other methods have no useful bound (bzip2 reaches millions to one): a
+// larger claim than this is checked by inflating once, into a small buffer.
+constexpr uint64_t kVerifyAbove = 16u << 20;
+
+// Whether the entry really holds `size` bytes, counted without keeping them.
+bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
+    zip_file_t* file = zip_fopen(archive, name, 0);
+    if (!file) return false;
+    char scratch[16384];
+    uint64_t total = 0;
+    zip_int64_t got = 0;
+    while (total <= size && (got = zip_fread(file, scratch, sizeof scratch)) > 0) total += static_cast<uint64_t>(got);
+    zip_fclose(file);
+    return got == 0 && total == size;
+}
+
+} // namespace
+
+struct Zip::Entry {
+    std::string zipName;      // the name libzip knows it by (after the backslash retry)
+    int64_t size = 0;
+    bool seekable = false;    // stored and not encrypted: zip_fseek works
+    const Pending* pending = nullptr;
+};
+
+Zip::Zip(struct zip* handle, const fs::path& path) : archive_(handle), path_(path) {
+    std::error_code error;
+    const auto size = fs::file_size(path_, error);
+    archiveSize_ = error ? 0 : static_cast<int64_t>(size);
+}
+
+Zip::Zip(struct zip* handle, const std::string& path) : Zip(handle, fs::path(path)) {}
+
+Zip::Zip(struct zip* handle, const char* path) : Zip(handle, fs::path(path)) {}
+
+Zip::Zip(Zip&& other) noexcept
+    : archive_(other.archive_),
+      path_(std::move(other.path_)),
+      compressionMethod_(other.compressionMethod_),
+      compressionLevel_(other.compressionLevel_),
+      archiveSize_(other.archiveSize_),
+      pending_(std::move(other.pending_)) {
+    other.archive_ = nullptr;
+}
+
+Zip::~Zip() {
+    close();
+}
+
+Zip Zip::create(const fs::path& path) {
+    return Zip(openArchive(path, true), path);
+}
+
+Zip* Zip::createPtr(const fs::path& path) {
+    return new Zip(openArchive(path, true), path);
+}
+
+std::shared_ptr<Zip> Zip::createShared(const fs::path& path) {
+    return std::make_shared<Zip>(openArchive(path, true), path);
+}
+
+Zip Zip::open(const fs::path& path) {
+    return Zip(openArchive(path, false), path);
+}
+
+Zip* Zip::openPtr(const fs::path& path) {
+    return new Zip(openArchive(path, false), path);
+}
+
+std::shared_ptr<Zip> Zip::openShared(const fs::path& path) {
+    return std::make_shared<Zip>(openArchive(path, false), path);
+}
+
+const char* Zip::className() const {
+    return "Zip";
+}
+
+std::string Zip::getMainDir() const {
+    return path_.string();
+}
+
+void Zip::close() {
+    if (!archive_) return;
+    if (zip_close(archive_) != 0) {
+        // The archive stays unwritten; say so rather than lose it without a trace.
+        std::fprintf(stderr, "Warning: writing zip %s failed: %s\n", path_.c_str(), zip_strerror(archive_));
+        zip_discard(archive_);
+    }
+    archive_ = nullptr;
+    pending_.clear();  // libzip is done with the lent bytes
+}
+
+void Zip::setCompression(int32_t method, uint32_t level) {
+    compressionMethod_ = method;
+    compressionLevel_ = level;
+}
+
+void Zip::guard() const {
+    if (!archive_) SORVANE_THROW("Zip file %s is not opened", path_.c_str());
+}
+
+bool Zip::exists(const std::string& name) const {
+    guard();
+    const std::string canonical = canonizeName(name);
+    if (pending_.count(canonical)) return true;
+    zip_stat_t info;
+    return zip_stat(archive_, canonical.c_str(), 0, &info) == 0;
+}
+
+std::vector<std::string> Zip::getAllNames() const {
+    guard();
+    const zip_int64_t count = zip_get_num_entries(archive_, 0);
+    if (count < 0) SORVANE_THROW("Error getting item count in zip %s: %s", path_.c_str(), zip_strerror(archive_));
+    std::vector<std::string> names;
+    names.reserve(static_cast<size_t>(count));
+    for (zip_int64_t index = 0; index < count; ++index) {
+        const char* name = zip_get_name(archive_, static_cast<zip_uint64_t>(index), 0);
+        if (!name) {
+            // An entry deleted in this session (a failed add) is no item:
+            // libzip reports a deleted old entry as deleted, a deleted new
+            // one as an invalid index.
+            const int code = zip_error_code_zip(zip_get_error(archive_));
+            if (code == ZIP_ER_DELETED || code == ZIP_ER_INVAL) continue;
+            SORVANE_THROW("Error getting item %ld in zip %s: %s", static_cast<long>(index), path_.c_str(),
+                          zip_strerror(archive_));
+        }
+        names.emplace_back(name);
+    }
+    return names;
+}
+
+bool Zip::stat(const std::string& canonical, Entry& entry) const {
+    zip_stat_t info;
+    zip_stat_init(&info);
+    entry.zipName = canonical;
+    if (zip_stat(archive_, entry.zipName.c_str(), 0, &info) != 0) {
+        // Archives written on some systems use "\" between folders.
+        std::replace(entry.zipName.begin(), entry.zipName.end(), '/', '\\');
+        if (zip_stat(archive_, entry.zipName.c_str(), 0, &info) != 0) return false;
+    }
+    if (!(info.valid & ZIP_STAT_SIZE)) return false;
+    // The recorded sizes are checked before anything is allocated for them.
+    int problem = info.size <= static_cast<uint64_t>(INT64_MAX / 2) ? ZIP_ER_OK : ZIP_ER_INCONS;
+    if (!problem && (info.valid & ZIP_STAT_COMP_SIZE) && (info.valid & ZIP_STAT_COMP_METHOD)) {
+        const uint16_t method = info.comp_method;
+        if (info.comp_size > static_cast<uint64_t>(archiveSize_)) {
+            problem = ZIP_ER_INCONS;
+        } else if (method == ZIP_CM_STORE) {
+            if (info.size > info.comp_size) problem = ZIP_ER_INCONS;
+        } else if (method == ZIP_CM_DEFLATE) {
+            if (info.size > info.comp_size * kDeflateRatio + kDeflateSlack) problem = ZIP_ER_INCONS;
+        } else if (!zip_compression_method_supported(method, 0)) {
+            problem = ZIP_ER_COMPNOTSUPP;
+        } else if (info.size > kVerifyAbove && !holdsSize(archive_, entry.zipName.c_str(), info.size)) {
+            problem = ZIP_ER_INCONS;
+        }
+    }
+    if (problem)
+        SORVANE_THROW("Error reading %s from zip %s: %s", canonical.c_str(), path_.c_str(), codeText(problem).c_str());
+    entry.size = static_cast<int64_t>(info.size);
+    entry.seekable = (info.valid & ZIP_STAT_COMP_METHOD) && info.comp_method == ZIP_CM_STORE &&
+                     (!(info.valid & ZIP_STAT_ENCRYPTION_METHOD) || info.encryption_method == ZIP_EM_NONE);
+    return true;
+}
+
+void Zip::findEntry(const std::string& canonical, Entry& entry) const {
+    const auto found = pending_.find(canonical);
+    if (found != pending_.end()) {
+        entry.pending = &found->second;
+        entry.zipName = canonical;
+        if (found->second.block) {
+            entry.size = found->second.size;
+        } else {
+            detail::ReadFile file(found->second.file.c_str());
+            entry.size = file.size();
+        }
+        return;
+    }
+    if (!stat(canonical, entry))
+        SORVANE_THROW("Error reading %s from zip %s: %s", canonical.c_str(), path_.c_str(), zip_strerror(archive_));
+}
+
+void Zip::readEntry(const Entry& entry, void* out, int64_t count, int64_t offset) const {
+    const char* name = entry.zipName.c_str();
+    if (entry.pending) {
+        // Not written yet: libzip cannot read it back, the kept bytes can.
+        if (offset > entry.size)
+            SORVANE_THROW("Error reading %s from zip %s: error seeking to offset %ld", name, path_.c_str(),
+                          static_cast<long>(offset));
+        if (count > entry.size - offset)
+            SORVANE_THROW("Error reading %s from zip %s: %s", name, path_.c_str(), codeText(ZIP_ER_EOF).c_str());
+        if (entry.pending->block) {
+            if (count > 0) std::memcpy(out, static_cast<const char*>(entry.pending->block.get()) + offset,
+                                       static_cast<size_t>(count));
+        } else {
+            detail::ReadFile file(entry.pending->file.c_str());
+            file.seek(offset);
+            file.read(out, count);
+        }
+        return;
+    }
+
+    zip_file_t* file = zip_fopen(archive_, name, 0);
+    if (!file) SORVANE_THROW("Error reading %s from zip %s: %s", name, path_.c_str(), zip_strerror(archive_));
+    std::string failure;
+    if (offset > 0) {
+        bool sought = false;
+        if (entry.seekable) {
+            sought = zip_fseek(file, offset, SEEK_SET) == 0;
+        } else {
+            // A compressed entry cannot seek: inflate up to the offset.
+            char scratch[16384];
+            int64_t left = offset;
+            while (left > 0) {
+                const zip_int64_t got =
+                    zip_fread(file, scratch, static_cast<zip_uint64_t>(std::min<int64_t>(left, sizeof scratch)));
+                if (got <= 0) break;
+                left -= got;
+            }
+            sought = left == 0;
+        }
+        if (!sought) {
+            zip_fclose(file);
+            SORVANE_THROW("Error reading %s from zip %s: error seeking to offset %ld", name, path_.c_str(),
+                          static_cast<long>(offset));
+        }
+    }
+    int64_t done = 0;
+    zip_int64_t got = 0;
+    while (done < count) {
+        got = zip_fread(file, static_cast<char*>(out) + done, static_cast<zip_uint64_t>(count - done));
+        if (got <= 0) break;
+        done += got;
+    }
+    if (done < count) failure = got < 0 ? zip_file_strerror(file) : codeText(ZIP_ER_EOF);
+    zip_fclose(file);
+    if (!failure.empty()) SORVANE_THROW("Error reading %s from zip %s: %s", name, path_.c_str(), failure.c_str());
+}
+
+int64_t Zip::getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const {
+    guard();
+    const std::string canonical = canonizeName(name);
+    if (offset < 0) SORVANE_THROW("Invalid offset for '%s'", canonical.c_str());
+    Entry entry;
+    findEntry(canonical, entry);
+    if (offset > entry.size)
+        SORVANE_THROW("Error reading %s from zip %s: invalid offset %ld > %ld", canonical.c_str(), path_.c_str(),
+                      static_cast<long>(offset), static_cast<long>(entry.size));
+    const int64_t count = entry.size - offset;
+    if (!out) return count;
+    if (outSize < count) SORVANE_THROW("Error reading %s from zip %s: buffer too small", canonical.c_str(), path_.c_str());
+    readEntry(entry, out, count, offset);
+    return count;
+}
+
+int64_t Zip::getDataSize(const std::string& name) const {
+    return getData(nullptr, 0, name, 0);
+}
+
+std::string Zip::getString(const std::string& name, int64_t offset) const {
+    guard();
+    const std::string canonical = canonizeName(name);
+    if (offset < 0) SORVANE_THROW("Invalid offset for '%s'", canonical.c_str());
+    Entry entry;
+    findEntry(canonical, entry);
+    // The full size is asked for whatever the offset: only offset 0 succeeds.
+    std::string text(static_cast<size_t>(entry.size), '\0');
+    readEntry(entry, &text[0], entry.size, offset);
+    return text;
+}
+
+void Zip::addSource(const std::string& canonical, void* sourcePtr, bool overwrite, bool fromFile,
+                    Pending pending) {
+    zip_source_t* source = static_cast<zip_source_t*>(sourcePtr);
+    const zip_flags_t flags = ZIP_FL_ENC_UTF_8 | (overwrite ? ZIP_FL_OVERWRITE : 0);
+    const zip_int64_t index = zip_file_add(archive_, canonical.c_str(), source, flags);
+    if (index < 0) {
+        zip_source_free(source);
+        SORVANE_THROW(fromFile ? "Error adding file to zip %s: %s" : "Error adding buffer to zip %s: %s", path_.c_str(),
+                      zip_strerror(archive_));
+    }
+    // A replaced entry's source is gone now: its kept bytes may go too.
+    pending_.erase(canonical);
+    if (zip_set_file_compression(archive_, static_cast<zip_uint64_t>(index), compressionMethod_,
+                                 compressionLevel_) != 0) {
+        const std::string text = zip_strerror(archive_);
+        zip_delete(archive_, static_cast<zip_uint64_t>(index));
+        SORVANE_THROW("Error adding file to zip %s: %s", path_.c_str(), text.c_str());
+    }
+    pending_[canonical] = std::move(pending);
+}
+
+void Zip::create(const std::string& name, const void* data, int64_t size) {
+    guard();
+    if (size < 0 || (size > 0 && !data))
+        SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), codeText(ZIP_ER_INVAL).c_str());
+    void* block = std::malloc(size > 0 ? static_cast<size_t>(size) : 1);
+    if (!block) SORVANE_THROW("Error adding buffer to zip %s: not enough memory", path_.c_str());
+    if (size > 0) std::memcpy(block, data, static_cast<size_t>(size));
+    Pending pending;
+    pending.block = std::shared_ptr<void>(block, &std::free);
+    pending.size = size;
+    // The bytes stay ours (and readable) until the archive is written.
+    zip_source_t* source = zip_source_buffer(archive_, block, static_cast<zip_uint64_t>(size), 0);
+    if (!source) SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), zip_strerror(archive_));
+    addSource(canonizeName(name), source, true, false, std::move(pending));
+}
+
+void Zip::createFromFile(const std::string& name, const std::string& path, bool overwrite) {
+    guard();
+    zip_source_t* source = zip_source_file(archive_, path.c_str(), 0, 0);
+    if (!source) SORVANE_THROW("Error adding file to zip %s: %s", path_.c_str(), zip_strerror(archive_));
+    Pending pending;
+    pending.file = path;
+    addSource(canonizeName(name), source, overwrite, true, std::move(pending));
+}
+
+} // namespace sorvane::archive
