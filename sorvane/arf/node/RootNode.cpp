@@ -1,5 +1,14 @@
 #include "sorvane/arf/node/RootNode.h"
 
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "sorvane/archive/FileProvider.h"
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/file.h"
+
 namespace sorvane::arf {
 
 namespace {
@@ -7,6 +16,21 @@ const char* const kSectionKeys[] = {"preamble", "identity", "structure", "compon
 }
 
 RootNode::RootNode() = default;
+
+RootNode::RootNode(const std::shared_ptr<archive::FileProvider>& provider_, const std::string& mainFileName_,
+                   StorageMode storageMode_)
+    : provider(provider_), mainFileName(mainFileName_), storageMode(storageMode_) {
+    switch (storageMode) {
+    case MULTIPLE_FILES:
+    case SINGLE_FILE:
+        if (mainFileName.empty()) SORVANE_THROW("Empty file name");
+        break;
+    case MEMORY_ONLY:
+        if (mainFileName != "arf.json") SORVANE_THROW("Invalid main file name");
+        break;
+    default: SORVANE_THROW("Invalid storage mode");
+    }
+}
 
 RootNode::~RootNode() = default;
 
@@ -75,6 +99,115 @@ void RootNode::setIdentity(const std::shared_ptr<IdentityNode>& node) {
 void RootNode::setStructure(const std::shared_ptr<StructureNode>& node) {
     if (node) node->setNodeParent(shared_from_this());
     structure_ = node;
+}
+
+void RootNode::__load() {
+    if (!provider) SORVANE_THROW("No file provider");
+    std::istringstream in(provider->getString(mainFileName, 0));
+    archive::JsonImporter importer(in);
+    fromJson(importer);
+}
+
+void RootNode::save() const {
+    std::string name;
+    switch (storageMode) {
+    case MULTIPLE_FILES: name = mainFileName; break;
+    case SINGLE_FILE:
+    case MEMORY_ONLY: name = "arf.json"; break;
+    default: SORVANE_THROW("Unsupported storage mode");
+    }
+    if (!provider) SORVANE_THROW("No file provider");
+    provider->create(name, toJsonString());
+    provider->close();
+}
+
+void RootNode::close() {
+    if (provider) provider->close();
+}
+
+namespace {
+
+// A uri that names a place outside the document: a root directory or a drive.
+bool isAbsoluteUri(const std::string& uri) {
+    if (!uri.empty() && (uri[0] == '/' || uri[0] == '\\')) return true;
+    return uri.size() >= 2 && std::isalpha(static_cast<unsigned char>(uri[0])) && uri[1] == ':';
+}
+
+std::string withNumber(const std::string& base, int64_t number) {
+    if (number < 0) return base;
+    return base.empty() ? std::to_string(number) : base + "_" + std::to_string(number);
+}
+
+} // namespace
+
+std::string RootNode::findFreeFileName(const char* uri, const char* name, int64_t id,
+                                       const std::string& extension) const {
+    auto isFree = [&](const std::string& candidate) {
+        return overwrite || !provider || !provider->exists(candidate);
+    };
+    std::string base;
+    if (uri) {
+        if (isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
+        base = uri;
+        if (isFree(base)) return base;
+    } else if (storageMode == MULTIPLE_FILES) {
+        base = mainFileName.substr(0, mainFileName.find('.'));
+    }
+    if (name) {
+        std::string kept;
+        for (const char* c = name; *c; ++c)
+            if (std::isalnum(static_cast<unsigned char>(*c)) || *c == '_') kept += *c;
+        if (!kept.empty()) base = base.empty() ? kept : base + "_" + kept;
+    }
+    std::string candidate = withNumber(base, id) + extension;
+    if (isFree(candidate)) return candidate;
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        candidate = withNumber(base, std::rand() % 100000) + extension;
+        if (isFree(candidate)) return candidate;
+    }
+    SORVANE_THROW("Can't find a free file name");
+}
+
+void RootNode::beginSharedRawData(bool, const char* name) {
+    if (storageMode != MULTIPLE_FILES) return;
+    if (sharedRawData) SORVANE_THROW("There is already a shared rawData");
+    __beginSharedRawData(name);
+}
+
+void RootNode::__beginSharedRawData(const char* name) {
+    sharedRawData = std::make_unique<SharedRawData>();
+    sharedRawData->fileName = findFreeFileName(nullptr, name, -1, ".bin");
+}
+
+int64_t RootNode::appendSharedRawData(const void* data, int64_t size, bool embedded) {
+    if (storageMode == MULTIPLE_FILES && !sharedRawData) SORVANE_THROW("There is no shared rawData");
+    if (embedded) SORVANE_THROW("Embedded shared raw data is not supported");
+    if (!sharedRawData) SORVANE_THROW("There is no shared rawData");
+    return __appendSharedRawData(data, size);
+}
+
+int64_t RootNode::__appendSharedRawData(const void* data, int64_t size) {
+    const int64_t offset = static_cast<int64_t>(sharedRawData->data.size());
+    if (size > 0) {
+        const auto* bytes = static_cast<const uint8_t*>(data);
+        sharedRawData->data.insert(sharedRawData->data.end(), bytes, bytes + size);
+    }
+    return offset;
+}
+
+void RootNode::endSharedRawData() {
+    if (storageMode != MULTIPLE_FILES) return;
+    if (!sharedRawData) SORVANE_THROW("There is no shared rawData");
+    if (sharedRawData->data.empty()) SORVANE_THROW("Shared rawData is empty");
+    __endSharedRawData();
+}
+
+void RootNode::__endSharedRawData() {
+    // Written straight to the file system under its own name, not through the
+    // provider: documents have always been made this way.
+    saveFile(sharedRawData->fileName, sharedRawData->data.data(),
+             static_cast<unsigned long>(sharedRawData->data.size()));
+    sharedRawData.reset();
 }
 
 } // namespace sorvane::arf

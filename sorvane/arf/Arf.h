@@ -1,0 +1,102 @@
+#ifndef SORVANE_ARF_ARF_H
+#define SORVANE_ARF_ARF_H
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "sorvane/archive/JsonExporter.h"
+#include "sorvane/archive/JsonImporter.h"
+#include "sorvane/arf/SectionProperty.h"
+#include "sorvane/arf/node/RootNode.h"
+#include "sorvane/arf/node/StorageMode.h"
+#include "sorvane/arf/property/Identity.h"
+#include "sorvane/arf/property/Preamble.h"
+#include "sorvane/arf/property/Structure.h"
+#include "sorvane/core/Export.h"
+
+namespace sorvane::archive {
+class FileProvider;
+}
+
+namespace sorvane::arf {
+
+namespace sections {
+struct SORVANE_API PreambleSection {
+    static constexpr const char* kKey = "preamble";
+    static std::shared_ptr<PreambleNode> get(const RootNode& r) { return r.getPreamble(); }
+    static void set(RootNode& r, const std::shared_ptr<PreambleNode>& n) { r.setPreamble(n); }
+    static void init(PreambleNode& n) { n.init(nullptr, nullptr); }
+};
+struct SORVANE_API IdentitySection {
+    static constexpr const char* kKey = "identity";
+    static std::shared_ptr<IdentityNode> get(const RootNode& r) { return r.getIdentity(); }
+    static void set(RootNode& r, const std::shared_ptr<IdentityNode>& n) { r.setIdentity(n); }
+    static void init(IdentityNode& n) { n.init(nullptr, nullptr, std::nullopt, nullptr); }
+};
+struct SORVANE_API StructureSection {
+    static constexpr const char* kKey = "structure";
+    static std::shared_ptr<StructureNode> get(const RootNode& r) { return r.getStructure(); }
+    static void set(RootNode& r, const std::shared_ptr<StructureNode>& n) { r.setStructure(n); }
+    static void init(StructureNode& n) { n.init(); }
+};
+} // namespace sections
+
+// The handle of one ARF document. Copies share the document; accessors taken
+// from it keep the document alive on their own.
+class SORVANE_API Arf {
+public:
+    using Preamble = SectionProperty<::sorvane::arf::Preamble, sections::PreambleSection>;
+    using Identity = SectionProperty<::sorvane::arf::Identity, sections::IdentitySection>;
+    using Structure = SectionProperty<::sorvane::arf::Structure, sections::StructureSection>;
+
+    // A document with no storage, in memory, not loaded.
+    Arf();
+    // A document over a provider; nothing is read.
+    Arf(const std::shared_ptr<archive::FileProvider>& provider, const std::string& mainFileName, StorageMode mode,
+        bool readOnly);
+
+    void init();
+
+    static Arf create(const std::filesystem::path& path);
+    static Arf* createPtr(const std::filesystem::path& path);
+    static Arf load(const std::filesystem::path& path, bool readOnly = false);
+    static Arf* loadPtr(const std::filesystem::path& path, bool readOnly = false);
+    static Arf load(const std::shared_ptr<archive::FileProvider>& provider, const std::string& name, StorageMode mode,
+                    bool readOnly = false);
+    static Arf* loadPtr(const std::shared_ptr<archive::FileProvider>& provider, const std::string& name,
+                        StorageMode mode, bool readOnly = false);
+
+    // The storage mode of a path: "memory:" text, .arf/.json main file, .arfz/.zip archive.
+    static StorageMode detectStorageMode(const std::filesystem::path& path, StorageMode mode = AUTO);
+
+    void save() const;
+    void close();
+
+    void toJson(archive::JsonExporter& exporter) const;
+    void fromJson(archive::JsonImporter& importer) const;
+    std::string toJsonString(const archive::JsonExporter::Options& options = {}) const;
+
+    const std::shared_ptr<RootNode>& getRoot() const { return root; }
+    bool isReadOnly() const { return readOnly; }
+    StorageMode getStorageMode() const;
+    std::string getMainDir() const;
+    std::string getMainFileName() const;
+    std::shared_ptr<archive::FileProvider> getFileProvider() const;
+
+private:
+    explicit Arf(std::shared_ptr<RootNode> root, bool readOnly);
+    static Arf fromPath(const std::filesystem::path& path, bool load, bool readOnly);
+
+    std::shared_ptr<RootNode> root;
+    bool readOnly = false;
+
+public:
+    Preamble preamble;
+    Identity identity;
+    Structure structure;
+};
+
+} // namespace sorvane::arf
+
+#endif

@@ -1,0 +1,60 @@
+#ifndef SORVANE_ARF_SECTIONPROPERTY_H
+#define SORVANE_ARF_SECTIONPROPERTY_H
+
+#include <memory>
+#include <string>
+
+#include "sorvane/arf/node/RootNode.h"
+#include "sorvane/arf/property/Property.h"
+#include "sorvane/core/RuntimeException.h"
+
+namespace sorvane::arf {
+
+// One top-level section of a document as the Arf object holds it: made on
+// demand in a writable document, reported missing in a read-only one.
+// Traits gives the key, the root's getter and setter, and the fresh init.
+template <class Acc, class Traits>
+class SORVANE_API SectionProperty : public Property {
+public:
+    using Node = typename Acc::Node;
+
+    SectionProperty() = default;
+    SectionProperty(const std::shared_ptr<RootNode>& root_, bool readOnly_) : Property(root_, readOnly_) {}
+
+    int64_t getPropertyIndex() const override { return -1; }
+    std::string getPropertyName() const override { return Traits::kKey; }
+    std::string getPropertyPath() const override { return Traits::kKey; }
+    const char* getPropertyTypeName() const override { return Node::kTypeName; }
+    void outputRepresentation(std::ostream& out) const override { get().outputRepresentation(out); }
+    bool isPropertyPresent() const { return true; }
+
+    Acc get() const { return Acc(root, section(), readOnly); }
+    Acc* getPtr() const { return new Acc(get()); }
+    operator Acc() const { return get(); }
+    struct Arrow {
+        Acc value;
+        Acc* operator->() { return &value; }
+    };
+    Arrow operator->() const { return Arrow{get()}; }
+
+    bool has(const std::string& key) const {
+        if (!root || !Traits::get(*root)) return false;
+        return get().has(key);
+    }
+
+private:
+    std::shared_ptr<Node> section() const {
+        if (!root) failInvalidNode();
+        std::shared_ptr<Node> node = Traits::get(*root);
+        if (node) return node;
+        if (readOnly) SORVANE_THROW("Getting %s: Property does not exist", Traits::kKey);
+        node = std::make_shared<Node>(root);
+        Traits::init(*node);
+        Traits::set(*root, node);
+        return node;
+    }
+};
+
+} // namespace sorvane::arf
+
+#endif
