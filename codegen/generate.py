@@ -15,6 +15,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import model  # noqa: E402
 from emit_accessors import AccessorEmitter  # noqa: E402
+from emit_flat import FlatEmitter  # noqa: E402
 from emit_nodes import NodeEmitter  # noqa: E402
 
 
@@ -31,7 +32,7 @@ def main():
         print(f"generate.py: {e}", file=sys.stderr)
         return 1
 
-    emitters = [NodeEmitter(records), AccessorEmitter(records)]
+    emitters = [NodeEmitter(records), AccessorEmitter(records), FlatEmitter(records)]
     if args.list:
         for record in records.values():
             for emitter in emitters:

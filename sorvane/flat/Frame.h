@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "sorvane/core/ErrorSlot.h"
 
@@ -53,6 +54,36 @@ inline int32_t putText(char* out, int64_t* outSize, const std::string& text) {
     if (!out) return fail("out is NULL");
     std::memcpy(out, text.c_str(), text.size() + 1);
     return 0;
+}
+
+// An array result under the array size protocol: the count in values is
+// reported through pvalueCount whenever it differs; the values are copied
+// when out is set and outBytes holds them all. A null out only asks for the
+// count (0); an out too small is -1 with the slot untouched.
+template <class T, class Obj, class Work>
+int32_t values(T* out, int64_t outBytes, int64_t* pvalueCount, const char* nullText, Obj* self, Work&& work) {
+    if (!self) return fail(nullText);
+    if (!pvalueCount) return fail("pvalueCount is NULL");
+    bool copied = false;
+    if (guard([&] {
+            const auto& result = work(*self);
+            const int64_t count = static_cast<int64_t>(result.size());
+            if (*pvalueCount != count) *pvalueCount = count;
+            if (out && outBytes >= 0 && static_cast<uint64_t>(outBytes) / sizeof(T) >= static_cast<uint64_t>(count)) {
+                if (count > 0) std::memcpy(out, result.data(), static_cast<size_t>(count) * sizeof(T));
+                copied = true;
+            }
+        }) != 0)
+        return -1;
+    return (copied || !out) ? 0 : -1;
+}
+
+// The values of an array argument; a null array is refused unless empty.
+template <class T>
+std::vector<T> array(const T* values, int64_t count) {
+    if (count < 0) throw std::invalid_argument("count is negative");
+    if (count > 0 && !values) throw std::invalid_argument("values is NULL");
+    return count > 0 ? std::vector<T>(values, values + count) : std::vector<T>();
 }
 
 // self->work(), no result.

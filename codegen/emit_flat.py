@@ -1,0 +1,267 @@
+"""Flat C functions over the accessors: one family per accessor class and
+list class, named sorvane_<module>_<Class>_<operation>. Every function is one
+call into the frame of sorvane/flat/Frame.h; this emitter only chooses the
+frame form and the accessor call for each kind of member. It writes the C
+header part and one source file per record."""
+
+from emit_accessors import accessor_source, list_accessor_source, member_var
+from emit_nodes import cstr, param_name
+
+C_VALUE = {"integer": "int64_t", "id": "int64_t", "ref": "int64_t", "number": "double", "boolean": "bool"}
+C_ELEMENT = {"integers": "int64_t", "refs": "int64_t", "numbers": "double"}
+
+
+def lower_first(name):
+    return name[0].lower() + name[1:]
+
+
+def handle(record_or_name, module="arf"):
+    name = record_or_name if isinstance(record_or_name, str) else record_or_name.name
+    return f"sorvane_{module}_{name}"
+
+
+class Function:
+    def __init__(self, name, params, body, doc=None):
+        self.name = name
+        self.params = params  # list of "type name"
+        self.body = body      # C++ statement(s) returning int32_t
+        self.doc = doc
+
+    def declaration(self):
+        return f"SORVANE_API int32_t {self.name}({', '.join(self.params)});"
+
+    def definition(self):
+        return f"int32_t {self.name}({', '.join(self.params)}) {{\n    {self.body}\n}}"
+
+
+class FlatEmitter:
+    HEADER = "sorvane/flat/sorvane_arf_generated.h"
+
+    def __init__(self, records):
+        self.records = records
+
+    def supported(self, field):
+        return field.type != "generic"
+
+    def source_path(self, record):
+        return f"sorvane/flat/arf_{record.name}.cpp"
+
+    def outputs(self, record):
+        files = [self.source_path(record)]
+        if record is self.first():
+            files.append(self.HEADER)
+        return files
+
+    def first(self):
+        return next(iter(self.records.values()))
+
+    def emit(self, record):
+        out = {self.source_path(record): self.source(record)}
+        if record is self.first():
+            out[self.HEADER] = self.header()
+        return out
+
+    # ----- families -----
+
+    def common(self, cls, null, with_has, with_id):
+        h = f"{handle(cls)}* self"
+        fns = [Function(f"{handle(cls)}_delete", [h], f"return flat::destroy({null}, self);")]
+        if with_has:
+            fns.append(Function(f"{handle(cls)}_has", ["bool* out", h, "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.has(flat::str(key)); }});"))
+        fns += [
+            Function(f"{handle(cls)}_isPropertyPresent", ["bool* out", h],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.isPropertyPresent(); }});"),
+            Function(f"{handle(cls)}_removeProperty", [h],
+                     f"return flat::call({null}, self, [&](auto& a) {{ a.removeProperty(); }});"),
+            Function(f"{handle(cls)}_getPropertyIndex", ["int64_t* out", h],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPropertyIndex(); }});"),
+        ]
+        if with_id:
+            fns.append(Function(f"{handle(cls)}_getPropertyId", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPropertyId(); }});"))
+        for op in ("getPropertyName", "getPropertyPath", "getPropertyTypeName"):
+            fns.append(Function(f"{handle(cls)}_{op}", ["char* out", "int64_t* outSize", h],
+                                f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return std::string(a.{op}()); }});"))
+        fns.append(Function(f"{handle(cls)}_toString", ["char* out", "int64_t* outSize", h],
+                            f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return a.buildRepresentation(); }});"))
+        return fns
+
+    def member_functions(self, record, f):
+        A = record.name
+        null = cstr(lower_first(A) + " is NULL")
+        h = f"{handle(A)}* self"
+        m = member_var(f)
+        C = f.cap
+        p = f"{handle(A)}_"
+        fns = []
+        if f.is_value:
+            if f.type == "string":
+                fns.append(Function(f"{p}get{C}", ["char* out", "int64_t* outSize", h],
+                                    f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return std::string(a.{m}.get()); }});"))
+                fns.append(Function(f"{p}set{C}", [h, "const char* value"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::str(value)); }});"))
+            else:
+                t = C_VALUE[f.type]
+                fns.append(Function(f"{p}get{C}", [f"{t}* out", h],
+                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<{t}>(a.{m}.get()); }});"))
+                fns.append(Function(f"{p}set{C}", [h, f"{t} value"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(value); }});"))
+        elif f.is_list:
+            item = "Item" if f.type == "refs" else ""
+            fns.append(Function(f"{p}get{C}Size", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.size(); }});"))
+            if f.type == "strings":
+                fns.append(Function(f"{p}get{C}Value", ["char* out", "int64_t* outSize", h, "int64_t index"],
+                                    f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return std::string(a.{m}.get(index)); }});"))
+                fns.append(Function(f"{p}set{C}Value", [h, "int64_t index", "const char* value"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(index, flat::str(value)); }});"))
+                fns.append(Function(f"{p}add{C}Value", [h, "const char* value"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(flat::str(value)); }});"))
+            else:
+                t = C_ELEMENT[f.type]
+                fns.append(Function(f"{p}get{C}{item}Value", [f"{t}* out", h, "int64_t index"],
+                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<{t}>(a.{m}.get(index)); }});"))
+                fns.append(Function(f"{p}set{C}{item}Value", [h, "int64_t index", f"{t} value"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(index, value); }});"))
+                if f.type != "refs":
+                    fns.append(Function(f"{p}add{C}Value", [h, f"{t} value"],
+                                        f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(value); }});"))
+                fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
+                                    f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return a.{m}.get(); }});"))
+                fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::array(values, count)); }});"))
+        elif f.type == "object":
+            child = self.records[f.of].name
+            fns.append(Function(f"{p}get{C}", [f"{handle(child)}** out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
+        elif f.type == "list":
+            lst = self.records[f.of].name + "List"
+            fns.append(Function(f"{p}get{C}", [f"{handle(lst)}** out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
+        if f.optional:
+            fns.append(Function(f"{p}has{C}", ["bool* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.isPropertyPresent(); }});"))
+            fns.append(Function(f"{p}remove{C}", [h],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.removeProperty(); }});"))
+        return fns
+
+    def init_params(self, record):
+        params, args = [], []
+        for f in record.init_fields:
+            name = param_name(f)
+            if f.type == "id":
+                params += ["bool autoId", f"int64_t {name}"]
+                args.append(f"autoId ? std::optional<int64_t>() : std::optional<int64_t>({name})")
+            elif f.type == "string":
+                params.append(f"const char* {name}")
+                args.append(f"flat::str({name}).c_str()")
+            else:
+                params.append(f"{C_VALUE[f.type]} {name}")
+                args.append(name)
+        return params, args
+
+    def list_functions(self, record):
+        L = record.name + "List"
+        T = handle(record.name)
+        null = cstr(lower_first(L) + " is NULL")
+        h = f"{handle(L)}* self"
+        p = f"{handle(L)}_"
+        by = "id" if record.id_field else "index"
+        has_by = "a.has(id)" if record.id_field else "a.hasByIndex(id)"
+        get_by = "a.getPtr(id)" if record.id_field else "a.getPtrByIndex(id)"
+        params, args = self.init_params(record)
+        fns = self.common(L, null, with_has=False, with_id=False)
+        fns += [
+            Function(f"{p}getSize", ["int64_t* out", h],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.size(); }});"),
+            Function(f"{p}has", ["bool* out", h, "int64_t id"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return {has_by}; }});",
+                     doc=f"by {by}"),
+            Function(f"{p}get", [f"{T}** out", h, "int64_t id"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return {get_by}; }});",
+                     doc=f"by {by}"),
+            Function(f"{p}hasByIndex", ["bool* out", h, "int64_t index"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.hasByIndex(index); }});"),
+            Function(f"{p}getByIndex", [f"{T}** out", h, "int64_t index"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPtrByIndex(index); }});"),
+            Function(f"{p}hasByName", ["bool* out", h, "const char* name"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.hasByName(flat::str(name)); }});"),
+            Function(f"{p}getByName", [f"{T}** out", h, "const char* name"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPtrByName(flat::str(name)); }});"),
+            Function(f"{p}findPropertyItemIndexByName", ["int64_t* out", h, "const char* name"],
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.findPropertyItemIndexByName(flat::str(name)); }});"),
+            Function(f"{p}add", [f"{T}** out", h] + params,
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.addPtr({', '.join(args)}); }});",
+                     doc="arguments after self: " + (", ".join(params) if params else "none")
+                     + (" (with autoId true the id argument is ignored and a free id is taken)" if record.id_field else "")),
+        ]
+        return fns
+
+    def object_functions(self, record):
+        null = cstr(lower_first(record.name) + " is NULL")
+        fns = self.common(record.name, null, with_has=True, with_id=bool(record.id_field))
+        for f in record.fields:
+            if self.supported(f):
+                fns += self.member_functions(record, f)
+        return fns
+
+    def all_functions(self, record):
+        fns = self.object_functions(record)
+        if record.has_list:
+            fns += self.list_functions(record)
+        return fns
+
+    # ----- files -----
+
+    def source(self, record):
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
+             "#include <optional>",
+             "#include <string>",
+             "",
+             f'#include "sorvane/{accessor_source(record)}.h"']
+        if record.has_list:
+            o.append(f'#include "sorvane/{list_accessor_source(record)}.h"')
+        o += ['#include "sorvane/flat/Frame.h"', '#include "sorvane/sorvane.h"', "",
+              "namespace flat = sorvane::flat;", "", 'extern "C" {', ""]
+        for fn in self.all_functions(record):
+            o.append(fn.definition())
+            o.append("")
+        o.append('} // extern "C"')
+        return "\n".join(o) + "\n"
+
+    def header(self):
+        o = ["/* Generated from schema/ by codegen/generate.py: do not edit.",
+             " * Flat functions of the ARF record accessors and their lists. Included by",
+             " * sorvane/flat/sorvane_arf.h. */",
+             "#ifndef SORVANE_FLAT_SORVANE_ARF_GENERATED_H",
+             "#define SORVANE_FLAT_SORVANE_ARF_GENERATED_H", "",
+             "#include <stddef.h>", "#include <stdint.h>", "#ifndef __cplusplus", "#include <stdbool.h>", "#endif", "",
+             '#include "sorvane/core/Export.h"', ""]
+        names = []
+        for r in self.records.values():
+            names.append(r.name)
+            if r.has_list:
+                names.append(r.name + "List")
+        o.append("/* Handles: accessor objects owned by the caller, released with their _delete. */")
+        o.append("#ifdef __cplusplus")
+        o.append("namespace sorvane::arf {")
+        for n in names:
+            o.append(f"class {n};")
+        o.append("}")
+        for n in names:
+            o.append(f"typedef sorvane::arf::{n} {handle(n)};")
+        o.append("#else")
+        for n in names:
+            o.append(f"typedef struct {handle(n)} {handle(n)};")
+        o.append("#endif")
+        o += ["", "#ifdef __cplusplus", 'extern "C" {', "#endif", ""]
+        for r in self.records.values():
+            o.append(f"/* {r.name} */")
+            for fn in self.all_functions(r):
+                if fn.doc:
+                    o.append(f"/* {fn.name}: {fn.doc} */")
+                o.append(fn.declaration())
+            o.append("")
+        o += ["#ifdef __cplusplus", "}", "#endif", "", "#endif"]
+        return "\n".join(o) + "\n"

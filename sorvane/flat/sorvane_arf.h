@@ -1,0 +1,53 @@
+/* Flat C interface: ARF documents. Included by sorvane/sorvane.h.
+ *
+ * A document handle comes from sorvane_arf_Arf_create or sorvane_arf_Arf_load
+ * and is released with sorvane_arf_Arf_delete. The accessors it hands out
+ * (sorvane_arf_Arf_getIdentity, ...) are new objects owned by the caller and
+ * keep the document alive on their own. */
+#ifndef SORVANE_FLAT_SORVANE_ARF_H
+#define SORVANE_FLAT_SORVANE_ARF_H
+
+#include <stddef.h>
+#include <stdint.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#include "sorvane/core/Export.h"
+#include "sorvane/flat/sorvane_archive.h"
+#include "sorvane/flat/sorvane_arf_generated.h"
+
+#ifdef __cplusplus
+namespace sorvane::arf {
+class Arf;
+}
+typedef sorvane::arf::Arf sorvane_arf_Arf;
+#else
+typedef struct sorvane_arf_Arf sorvane_arf_Arf;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* path: "memory:" followed by JSON text, a main file .arf or .json, or an archive .arfz or .zip. */
+SORVANE_API int32_t sorvane_arf_Arf_create(sorvane_arf_Arf** out, const char* path);
+SORVANE_API int32_t sorvane_arf_Arf_load(sorvane_arf_Arf** out, const char* path, bool readOnly);
+/* mode: 0 AUTO, 1 MULTIPLE_FILES, 2 SINGLE_FILE, 3 MEMORY_ONLY. */
+SORVANE_API int32_t sorvane_arf_Arf_loadProvider(sorvane_arf_Arf** out, sorvane_archive_FileProviderRef* provider,
+                                                 const char* name, int mode, bool readOnly);
+SORVANE_API int32_t sorvane_arf_Arf_close(sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_delete(sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getMainDir(char* out, int64_t* outSize, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getMainFileName(char* out, int64_t* outSize, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_toJsonString(char* out, int64_t* outSize, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getPreamble(sorvane_arf_Preamble** out, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getIdentity(sorvane_arf_Identity** out, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getStructure(sorvane_arf_Structure** out, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

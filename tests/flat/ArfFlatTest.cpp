@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "sorvane/arf/Arf.h"
+#include "sorvane/core/ErrorSlot.h"
+#include "sorvane/sorvane.h"
+
+namespace {
+
+std::string slot() { return sorvane_errorMessage; }
+
+// The text after the location prefix of the slot.
+std::string slotMessage() {
+    std::string text = slot();
+    auto cut = text.find("(): ");
+    return cut == std::string::npos ? text : text.substr(cut + 4);
+}
+
+template <class F, class T>
+std::string textOf(F function, T* self) {
+    int64_t size = 0;
+    EXPECT_EQ(function(nullptr, &size, self), -1);
+    std::string out(static_cast<size_t>(size), '\0');
+    EXPECT_EQ(function(&out[0], &size, self), 0);
+    out.resize(static_cast<size_t>(size - 1));
+    return out;
+}
+
+struct Document {
+    sorvane_arf_Arf* arf = nullptr;
+    Document(const char* path, bool readOnly = false) {
+        EXPECT_EQ(sorvane_arf_Arf_load(&arf, path, readOnly), 0) << slot();
+    }
+    ~Document() { sorvane_arf_Arf_delete(arf); }
+};
+
+} // namespace
+
+TEST(ArfFlat, ValueKindsAndOptionalValues) {
+    Document doc(R"(memory:{"preamble": {"authenticationFeatures": [{"publicKey": "k"}]}})");
+    sorvane_arf_Preamble* preamble = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getPreamble(&preamble, doc.arf), 0);
+    EXPECT_EQ(textOf(sorvane_arf_Preamble_getSignature, preamble), "MPEG-ARF-2025");
+
+    sorvane_arf_AuthenticationFeaturesList* features = nullptr;
+    ASSERT_EQ(sorvane_arf_Preamble_getAuthenticationFeatures(&features, preamble), 0);
+    sorvane_arf_AuthenticationFeatures* feature = nullptr;
+    ASSERT_EQ(sorvane_arf_AuthenticationFeaturesList_get(&feature, features, 0), 0);  // by index: no ids here
+    bool has = true;
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_hasVoiceFeature(&has, feature), 0);
+    EXPECT_FALSE(has);
+    int64_t size = 0;
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_getVoiceFeature(nullptr, &size, feature), -1);
+    EXPECT_EQ(slotMessage(), "In preamble.authenticationFeatures[0]: No voiceFeature");
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_setVoiceFeature(feature, "v"), 0);
+    EXPECT_EQ(textOf(sorvane_arf_AuthenticationFeatures_getVoiceFeature, feature), "v");
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_setVoiceFeature(feature, nullptr), -1);
+    EXPECT_EQ(slot(), "basic_string::_S_construct null not valid");
+    EXPECT_EQ(textOf(sorvane_arf_AuthenticationFeatures_getPropertyPath, feature), "preamble.authenticationFeatures[0]");
+    EXPECT_EQ(textOf(sorvane_arf_AuthenticationFeatures_toString, feature),
+              "{\n  \"publicKey\": \"k\",\n  \"voiceFeature\": \"v\"\n}");
+
+    // After removeProperty the handle is good for _delete only.
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_removeProperty(feature), 0);
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_getPublicKey(nullptr, &size, feature), -1);
+    EXPECT_EQ(slotMessage(), "Invalid node");
+    EXPECT_EQ(sorvane_arf_AuthenticationFeatures_delete(feature), 0);
+    EXPECT_EQ(sorvane_arf_AuthenticationFeaturesList_delete(features), 0);
+    EXPECT_EQ(sorvane_arf_Preamble_delete(preamble), 0);
+}
+
+TEST(ArfFlat, NullHandlesAndOutsInFrameOrder) {
+    double age = 0;
+    EXPECT_EQ(sorvane_arf_Identity_getAge(&age, nullptr), -1);
+    EXPECT_EQ(slot(), "identity is NULL");
+    EXPECT_EQ(sorvane_arf_AssetList_getSize(nullptr, nullptr), -1);
+    EXPECT_EQ(slot(), "assetList is NULL");
+    EXPECT_EQ(sorvane_arf_SupportedAnimations_delete(nullptr), -1);
+    EXPECT_EQ(slot(), "supportedAnimations is NULL");
+    Document doc("memory:{}");
+    sorvane_arf_Identity* identity = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getIdentity(&identity, doc.arf), 0);
+    EXPECT_EQ(sorvane_arf_Identity_getAge(nullptr, identity), -1);
+    EXPECT_EQ(slot(), "out is NULL");
+    EXPECT_EQ(sorvane_arf_Arf_getIdentity(nullptr, nullptr), -1);
+    EXPECT_EQ(slot(), "arf is NULL");
+    bool known = false;
+    EXPECT_EQ(sorvane_arf_Identity_has(&known, identity, "gender"), 0);
+    EXPECT_TRUE(known);
+    EXPECT_EQ(sorvane_arf_Identity_has(&known, identity, "x"), 0);
+    EXPECT_FALSE(known);
+    sorvane_arf_Identity_delete(identity);
+}
+
+TEST(ArfFlat, ListsIdsAndArrays) {
+    Document doc(R"(memory:{"structure": {"assets": [{"name": "a", "id": 1}, {"name": "b", "id": 2}]}})");
+    sorvane_arf_Structure* structure = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getStructure(&structure, doc.arf), 0);
+    sorvane_arf_AssetList* assets = nullptr;
+    ASSERT_EQ(sorvane_arf_Structure_getAssets(&assets, structure), 0);
+    sorvane_arf_Asset* asset = nullptr;
+    ASSERT_EQ(sorvane_arf_AssetList_add(&asset, assets, "c", true, 77), 0);
+    int64_t id = 0;
+    EXPECT_EQ(sorvane_arf_Asset_getPropertyId(&id, asset), 0);
+    EXPECT_EQ(id, 3);  // autoId: the argument is ignored
+    sorvane_arf_Asset_delete(asset);
+    EXPECT_EQ(sorvane_arf_AssetList_add(&asset, assets, "d", false, 2), -1);
+    EXPECT_EQ(slotMessage(), "Initialization of structure.assets[0]: id 2 is already used");
+    ASSERT_EQ(sorvane_arf_AssetList_getByName(&asset, assets, "b"), 0);
+    int64_t index = -5;
+    EXPECT_EQ(sorvane_arf_AssetList_findPropertyItemIndexByName(&index, assets, "b"), 0);
+    EXPECT_EQ(index, 1);
+
+    sorvane_arf_LodList* lods = nullptr;
+    ASSERT_EQ(sorvane_arf_Asset_getLods(&lods, asset), 0);
+    sorvane_arf_Lod* lod = nullptr;
+    ASSERT_EQ(sorvane_arf_LodList_add(&lod, lods, "l", true, 0), 0);
+    int64_t count = -1;
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, &count, lod), -1);
+    EXPECT_EQ(slotMessage(), "Getting structure.assets[2].lods[1].meshes: No value");  // absent optional list
+    EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, nullptr, 0), 0);
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, &count, lod), 0);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, nullptr, lod), -1);
+    EXPECT_EQ(slot(), "pvalueCount is NULL");
+    EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, nullptr, 2), -1);
+    EXPECT_EQ(slot(), "values is NULL");
+    // No components in this document: a reference cannot be set.
+    const int64_t ids[] = {1};
+    EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, ids, 1), -1);
+    EXPECT_EQ(slotMessage(), "There is no components");
+
+    sorvane_arf_Lod_delete(lod);
+    sorvane_arf_LodList_delete(lods);
+    sorvane_arf_Asset_delete(asset);
+    sorvane_arf_AssetList_delete(assets);
+    sorvane_arf_Structure_delete(structure);
+}
+
+TEST(ArfFlat, ArfFunctions) {
+    sorvane_arf_Arf* arf = nullptr;
+    EXPECT_EQ(sorvane_arf_Arf_create(&arf, nullptr), -1);
+    EXPECT_EQ(slot(), "basic_string::_S_construct null not valid");
+    EXPECT_EQ(sorvane_arf_Arf_load(&arf, "memory:", false), -1);
+    EXPECT_EQ(slotMessage(), "No initial JSON");
+    EXPECT_EQ(arf, nullptr);  // untouched on failure
+    ASSERT_EQ(sorvane_arf_Arf_create(&arf, "memory:"), 0);
+    EXPECT_EQ(textOf(sorvane_arf_Arf_getMainFileName, arf), "arf.json");
+    EXPECT_EQ(textOf(sorvane_arf_Arf_getMainDir, arf), "memory:");
+    sorvane_archive_FileProviderRef* provider = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getFileProvider(&provider, arf), 0);
+    sorvane_arf_Arf* again = nullptr;
+    EXPECT_EQ(sorvane_arf_Arf_loadProvider(&again, provider, "x", 0, false), -1);  // nothing saved yet
+    EXPECT_EQ(sorvane_arf_Arf_loadProvider(&again, nullptr, "x", 0, false), -1);
+    EXPECT_EQ(slot(), "instancePtr_ is NULL");
+    sorvane_archive_FileProvider_delete(provider);
+    EXPECT_EQ(sorvane_arf_Arf_close(arf), 0);
+    EXPECT_EQ(sorvane_arf_Arf_delete(arf), 0);
+}
