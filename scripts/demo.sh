@@ -11,8 +11,23 @@ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release -DTALVEX_BUILD_TESTS=OFF >/dev
 cmake --build "$build" -j "$(nproc 2>/dev/null || echo 2)" >/dev/null
 talvex="$build/apps/talvex"
 
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
 echo "== talvex (modes)"
 "$talvex" || true
+
+echo
+echo "== talvex info examples/avatar.arf.json"
+"$talvex" info examples/avatar.arf.json
+
+echo
+echo "== talvex convert: main JSON file -> archive -> main JSON file"
+"$talvex" convert examples/avatar.arf.json "$work/avatar.arfz"
+"$talvex" list "$work/avatar.arfz"
+"$talvex" info "$work/avatar.arfz"
+"$talvex" convert "$work/avatar.arfz" "$work/again/avatar.arf.json"
+"$talvex" list "$work/again"
 
 echo
 echo "== talvex format examples/avatar.arf.json (read into the document tree, written back)"

@@ -1,6 +1,8 @@
 #include "apps/talvex/AppModes.h"
 
+#include "apps/talvex/ConvertMode.h"
 #include "apps/talvex/FormatMode.h"
+#include "apps/talvex/InfoMode.h"
 #include "apps/talvex/ListMode.h"
 
 namespace talvex_app {
@@ -12,6 +14,8 @@ static sorvane::Mode* make(args::ArgumentParser& parser) {
 
 AppModes::AppModes() {
     addCategory("Documents");
+    addMode("info", make<InfoMode>);
+    addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
     addCategory("Files");
     addMode("list", make<ListMode>);

@@ -1,0 +1,31 @@
+#include "apps/talvex/ConvertMode.h"
+
+#include <iostream>
+#include <sstream>
+
+#include "sorvane/arf/Arf.h"
+
+namespace talvex_app {
+
+ConvertMode::ConvertMode(args::ArgumentParser& parser_)
+    : Mode(parser_),
+      input(parser_, "IN", "the document to read (.arf/.json, .arfz/.zip)", args::Options::Required),
+      output(parser_, "OUT", "the document to write; its extension chooses the storage mode", args::Options::Required) {
+    parser_.Description("Writes an ARF document again in the storage mode of OUT: a main JSON file with its "
+                        "payload files (.arf, .json) or an archive (.arfz, .zip).");
+}
+
+void ConvertMode::execute() {
+    using namespace sorvane::arf;
+    Arf source = Arf::load(args::get(input), true);
+    Arf target = Arf::create(args::get(output));
+    // The tree goes across as its JSON text, read into the new document.
+    std::istringstream text(source.toJsonString());
+    sorvane::archive::JsonImporter importer(text);
+    target.fromJson(importer);
+    target.save();
+    std::cout << args::get(input) << " (" << source.getStorageMode() << ") -> " << args::get(output) << " ("
+              << target.getStorageMode() << ")" << std::endl;
+}
+
+} // namespace talvex_app
