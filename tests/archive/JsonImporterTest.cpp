@@ -3,6 +3,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -395,4 +396,39 @@ TEST(JsonImporter, NumbersUseTheNumericLocale) {
     EXPECT_EQ(in.nextNumber(), 2.0);
     EXPECT_FALSE(in.nextNumber());
     std::setlocale(LC_NUMERIC, saved.c_str());
+}
+
+TEST(JsonImporter, NumbersMatchTheCLibrary) {
+    // Texts of every shape the fast conversion takes or declines, read whole
+    // and in pieces (which splits numbers across refills), against strtod.
+    std::mt19937_64 random(11);
+    std::string doc;
+    std::vector<std::string> texts;
+    for (int i = 0; i < 20000; ++i) {
+        std::string t = (random() % 3 == 0) ? "-" : "";
+        int digits = 1 + static_cast<int>(random() % 22);
+        for (int d = 0; d < digits; ++d) t += static_cast<char>('0' + random() % 10);
+        if (random() % 2) {
+            t += '.';
+            for (int d = 0, n = static_cast<int>(random() % 24); d < n; ++d) t += static_cast<char>('0' + random() % 10);
+        }
+        if (random() % 4 == 0) t += "e" + std::to_string(static_cast<int>(random() % 80) - 40);
+        texts.push_back(t);
+        doc += t + (i % 7 ? " " : "\n");
+    }
+    std::istringstream whole(doc);
+    PieceBuffer pieces(doc);
+    std::istream slow(&pieces);
+    JsonImporter a(whole);
+    JsonImporter b(slow);
+    for (const auto& t : texts) {
+        double expected = std::strtod(t.c_str(), nullptr);
+        auto x = a.nextNumber();
+        auto y = b.nextNumber();
+        ASSERT_TRUE(x && y) << t;
+        EXPECT_EQ(std::memcmp(&*x, &expected, sizeof(double)), 0) << t;
+        EXPECT_EQ(std::memcmp(&*y, &expected, sizeof(double)), 0) << t;
+    }
+    EXPECT_EQ(a.getLine(), b.getLine());
+    EXPECT_EQ(a.getLine(), 1 + 19999 / 7);
 }
