@@ -25,6 +25,16 @@ public:
     PieceBuffer(const char* data, size_t size, size_t step) : data_(data), size_(size), step_(step) {}
 
 protected:
+    // A block read stops at the end of a piece too, so the reader refills
+    // every few bytes and meets a boundary inside every kind of token.
+    std::streamsize xsgetn(char* s, std::streamsize n) override {
+        if (gptr() == egptr() && traits_type::eq_int_type(underflow(), traits_type::eof())) return 0;
+        std::streamsize size = std::min<std::streamsize>(n, egptr() - gptr());
+        std::memcpy(s, gptr(), static_cast<size_t>(size));
+        gbump(static_cast<int>(size));
+        return size;
+    }
+
     int_type underflow() override {
         if (at_ >= size_) return traits_type::eof();
         size_t size = std::min(1 + (count_++ * step_) % 3, size_ - at_);
