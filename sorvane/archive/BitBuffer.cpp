@@ -138,4 +138,19 @@ bool BitBuffer::writeFloats(const float* in, long count) {
     return true;
 }
 
+const uint8_t* BitBuffer::readBlock(long size) {
+    if (size < 0 || (readPos & 7) != 0 || size > (bitSize - readPos) / 8) return nullptr;
+    const uint8_t* p = bytes.data() + (readPos >> 3);
+    readPos += static_cast<int64_t>(size) * 8;
+    return p;
+}
+
+uint8_t* BitBuffer::writeBlock(long size) {
+    if (size < 0 || (bitSize & 7) != 0) return nullptr;
+    const size_t start = static_cast<size_t>(bitSize >> 3);
+    if (bytes.size() < start + static_cast<size_t>(size)) bytes.resize(start + static_cast<size_t>(size));
+    bitSize += static_cast<int64_t>(size) * 8;
+    return bytes.data() + start;
+}
+
 } // namespace sorvane

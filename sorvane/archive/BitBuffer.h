@@ -57,6 +57,14 @@ public:
     // count floats written as writeFloat does, a whole block at once when aligned.
     bool writeFloats(const float* in, long count);
 
+    // Direct access for codecs that lay down whole aligned fields at once.
+    // readBlock: when the read position is on a byte boundary and size bytes
+    // are there, returns them and moves past; else null and nothing moves.
+    // writeBlock: when the write position is on a byte boundary, makes room for
+    // size bytes behind it and returns them for the caller to fill; else null.
+    const uint8_t* readBlock(long size);
+    uint8_t* writeBlock(long size);
+
 protected:
     std::vector<uint8_t> bytes;
     int32_t bigEndian = 0;
