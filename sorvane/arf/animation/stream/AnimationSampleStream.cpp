@@ -54,9 +54,23 @@ AnimationSampleStream::SamplePair AnimationSampleStream::fail(int32_t newState, 
     return SamplePair(nullptr, nullptr);
 }
 
+void AnimationSampleStream::skipPadding() {
+    while (pendingPadding > 0) {
+        unsigned long byte = 0;
+        if (!readBits(8, byte)) return; // not there yet: the next call goes on
+        if (byte != 0) {
+            if (readPos > 7) readPos -= 8;
+            pendingPadding = 0;
+            return;
+        }
+        --pendingPadding;
+    }
+}
+
 AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
     state = 0;
     errorMsg.clear();
+    skipPadding();
     const int64_t start = readPos;
     if (bitSize - readPos < 32) return fail(1, kNotEnoughData, start);
 
@@ -82,15 +96,10 @@ AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
     }
 
     // Skip up to extraBytePadding zero bytes; the first non-zero byte is left
-    // for the next header.
-    for (long i = 0; i < extraBytePadding; ++i) {
-        unsigned long byte = 0;
-        if (!readBits(8, byte)) break;
-        if (byte != 0) {
-            if (readPos > 7) readPos -= 8;
-            break;
-        }
-    }
+    // for the next header. Padding that has not arrived yet is skipped by the
+    // next call, so that the units do not depend on how the bytes were cut.
+    pendingPadding = extraBytePadding > 0 ? extraBytePadding : 0;
+    skipPadding();
     clearRead();
     return SamplePair(header.release(), sample.release());
 }

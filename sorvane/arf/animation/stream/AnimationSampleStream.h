@@ -42,10 +42,13 @@ public:
 
 private:
     SamplePair fail(int32_t newState, const std::string& message, int64_t restore);
+    void skipPadding();
 
     std::string errorMsg;
     int32_t state = 0;
     long extraBytePadding = 0;
+    // Padding bytes of the last unit that were not there when it was decoded.
+    long pendingPadding = 0;
 };
 
 } // namespace sorvane::arf
