@@ -16,7 +16,7 @@ void BitBuffer::feed(const void* buffer, long size) {
     if (size <= 0) return;
     // Bytes behind the last valid one (left by a rolled-back write) would
     // shadow the fed bytes, so they go first.
-    const size_t stored = static_cast<size_t>((bitSize + 7) / 8);
+    const size_t stored = base + static_cast<size_t>((bitSize + 7) / 8);
     if (bytes.size() > stored) bytes.resize(stored);
     const uint8_t* p = static_cast<const uint8_t*>(buffer);
     bytes.insert(bytes.end(), p, p + size);
@@ -32,15 +32,16 @@ long BitBuffer::flush(void* out, long size) {
     const long n = static_cast<long>(bitSize / 8);
     if (!out) return n;
     if (n > size) SORVANE_THROW("buffer is too small");
-    if (n > 0) std::memcpy(out, bytes.data(), static_cast<size_t>(n));
+    if (n > 0) std::memcpy(out, bytes.data() + base, static_cast<size_t>(n));
     bitSize -= static_cast<int64_t>(n) * 8;
     if (bitSize > 0) {
         // Keep the partial byte: it moves to the front.
-        bytes[0] = bytes[static_cast<size_t>(n)];
+        bytes[0] = bytes[base + static_cast<size_t>(n)];
         bytes.resize(1);
     } else {
         bytes.clear();
     }
+    base = 0;
     return n;
 }
 
@@ -53,11 +54,25 @@ std::vector<uint8_t> BitBuffer::flushBytes() {
 }
 
 void BitBuffer::clearRead() {
-    const int64_t k = std::min<int64_t>(readPos / 8, static_cast<int64_t>(bytes.size()));
+    const int64_t k = std::min<int64_t>(readPos / 8, static_cast<int64_t>(bytes.size() - base));
     if (k <= 0) return;
-    bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(k));
+    base += static_cast<size_t>(k);
     bitSize -= k * 8;
     readPos -= k * 8;
+    // Compact once the dropped bytes outweigh the kept ones and pass 64 KB:
+    // memory stays within twice the unread bytes plus 64 KB, and each byte
+    // is moved O(1) times.
+    if (base >= 65536 && base >= bytes.size() - base) {
+        bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(base));
+        base = 0;
+    }
+}
+
+void BitBuffer::clear() {
+    bytes.clear();
+    base = 0;
+    bitSize = 0;
+    readPos = 0;
 }
 
 bool BitBuffer::readBytes(void* out, long size) {
@@ -67,7 +82,7 @@ bool BitBuffer::readBytes(void* out, long size) {
     if (size > (bitSize - readPos) / 8) return false;
     uint8_t* target = static_cast<uint8_t*>(out);
     if ((readPos & 7) == 0) {
-        std::memcpy(target, bytes.data() + (readPos >> 3), static_cast<size_t>(size));
+        std::memcpy(target, bytes.data() + base + (readPos >> 3), static_cast<size_t>(size));
         readPos += static_cast<int64_t>(size) * 8;
         return true;
     }
@@ -85,7 +100,7 @@ bool BitBuffer::writeBytes(const void* in, long size) {
     if (size < 0) return true;
     const uint8_t* source = static_cast<const uint8_t*>(in);
     if ((bitSize & 7) == 0) {
-        const size_t start = static_cast<size_t>(bitSize >> 3);
+        const size_t start = base + static_cast<size_t>(bitSize >> 3);
         bytes.resize(start + static_cast<size_t>(size));
         std::memcpy(bytes.data() + start, source, static_cast<size_t>(size));
         bitSize += static_cast<int64_t>(size) * 8;
@@ -105,7 +120,7 @@ bool BitBuffer::readFloats(float* out, long count) {
     }
     // Aligned: one block, then each 32-bit field taken most significant byte
     // first, as readFloat does.
-    const uint8_t* p = bytes.data() + (readPos >> 3);
+    const uint8_t* p = bytes.data() + base + (readPos >> 3);
     for (long i = 0; i < count; ++i) {
         uint32_t bits;
         std::memcpy(&bits, p + 4 * i, 4);
@@ -123,7 +138,7 @@ bool BitBuffer::writeFloats(const float* in, long count) {
             if (!writeFloat(in[i])) return false;
         return true;
     }
-    const size_t start = static_cast<size_t>(bitSize >> 3);
+    const size_t start = base + static_cast<size_t>(bitSize >> 3);
     if (bytes.size() < start + 4 * static_cast<size_t>(count)) bytes.resize(start + 4 * static_cast<size_t>(count));
     uint8_t* p = bytes.data() + start;
     for (long i = 0; i < count; ++i) {
@@ -140,14 +155,14 @@ bool BitBuffer::writeFloats(const float* in, long count) {
 
 const uint8_t* BitBuffer::readBlock(long size) {
     if (size < 0 || (readPos & 7) != 0 || size > (bitSize - readPos) / 8) return nullptr;
-    const uint8_t* p = bytes.data() + (readPos >> 3);
+    const uint8_t* p = bytes.data() + base + (readPos >> 3);
     readPos += static_cast<int64_t>(size) * 8;
     return p;
 }
 
 uint8_t* BitBuffer::writeBlock(long size) {
     if (size < 0 || (bitSize & 7) != 0) return nullptr;
-    const size_t start = static_cast<size_t>(bitSize >> 3);
+    const size_t start = base + static_cast<size_t>(bitSize >> 3);
     if (bytes.size() < start + static_cast<size_t>(size)) bytes.resize(start + static_cast<size_t>(size));
     bitSize += static_cast<int64_t>(size) * 8;
     return bytes.data() + start;

@@ -26,7 +26,12 @@ public:
     long getBitSize() const { return bitSize; }
     long getReadPos() const { return readPos; }
     long bitsLeft() const { return bitSize - readPos; }
-    const std::vector<uint8_t>& getBytes() const { return bytes; }
+    // The stored bytes (at least the valid ones), as a copy and in place.
+    std::vector<uint8_t> getBytes() const { return std::vector<uint8_t>(bytes.begin() + static_cast<std::ptrdiff_t>(base), bytes.end()); }
+    const uint8_t* data() const { return bytes.data() + base; }
+    long storedSize() const { return static_cast<long>(bytes.size() - base); }
+    // Empties the buffer and keeps its memory for reuse; the byte order stays.
+    void clear();
 
     // Byte level: append whole bytes, take whole bytes out.
     void feed(const void* buffer, long size);
@@ -70,6 +75,10 @@ protected:
     int32_t bigEndian = 0;
     int64_t bitSize = 0;
     int64_t readPos = 0;
+    // Where the stored bytes begin in bytes: clearRead moves it forward and
+    // compacts only now and then, so that dropping the read bytes of every
+    // unit costs no copy of the rest each time.
+    size_t base = 0;
 };
 
 namespace detail {
@@ -104,9 +113,9 @@ inline bool BitBuffer::readBits(long count, unsigned long& out) {
     const size_t index = static_cast<size_t>(readPos >> 3);
     const unsigned offset = static_cast<unsigned>(readPos & 7);
     const size_t needed = (offset + static_cast<size_t>(count) + 7) >> 3;
-    const uint8_t* p = bytes.data() + index;
+    const uint8_t* p = bytes.data() + base + index;
     uint64_t word = 0;
-    if (index + 8 <= bytes.size()) {
+    if (base + index + 8 <= bytes.size()) {
         std::memcpy(&word, p, 8);
         word = __builtin_bswap64(word);
     } else {
@@ -123,7 +132,7 @@ inline bool BitBuffer::writeBits(unsigned long value, long count) {
     if (count == 0 || count > 64) return false;
     ensureWriteCapacity(bitSize + count);
     if (count < 0) return true;
-    size_t index = static_cast<size_t>(bitSize >> 3);
+    size_t index = base + static_cast<size_t>(bitSize >> 3);
     unsigned offset = static_cast<unsigned>(bitSize & 7);
     long remaining = count;
     while (remaining > 0) {
@@ -214,7 +223,7 @@ inline bool BitBuffer::writeDouble(double value) {
 
 inline void BitBuffer::ensureWriteCapacity(long bits) {
     if (bits <= 0) return;
-    const size_t needed = static_cast<size_t>((bits + 7) / 8);
+    const size_t needed = base + static_cast<size_t>((bits + 7) / 8);
     if (bytes.size() < needed) bytes.resize(needed, 0);
 }
 

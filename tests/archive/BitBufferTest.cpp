@@ -12,7 +12,9 @@ using sorvane::BitBuffer;
 namespace {
 
 std::vector<uint8_t> valid(const BitBuffer& b) {
-    return std::vector<uint8_t>(b.getBytes().begin(), b.getBytes().begin() + (b.getBitSize() + 7) / 8);
+    std::vector<uint8_t> stored = b.getBytes();
+    stored.resize(static_cast<size_t>((b.getBitSize() + 7) / 8));
+    return stored;
 }
 
 } // namespace
@@ -220,6 +222,24 @@ TEST(BitBuffer, BytesFeedFlushClearRead) {
     EXPECT_EQ(c.getBytes(), (std::vector<uint8_t>{2, 3, 4}));
     c.readBits(4, v);
     EXPECT_EQ(v, 2u);
+
+    // A long-running reader: memory stays bounded by the unread bytes.
+    BitBuffer r;
+    std::vector<uint8_t> chunk(1000);
+    for (int round = 0; round < 100; ++round) {
+        for (size_t i = 0; i < chunk.size(); ++i) chunk[i] = static_cast<uint8_t>(round + i);
+        r.feed(chunk);
+        for (size_t i = 0; i < chunk.size(); ++i) {
+            ASSERT_TRUE(r.readBits(8, v));
+            ASSERT_EQ(v, static_cast<uint8_t>(round + i));
+            if (i % 100 == 99) r.clearRead();
+        }
+        EXPECT_EQ(r.getReadPos(), 0);
+        EXPECT_EQ(r.getBitSize(), 0);
+    }
+    EXPECT_TRUE(r.getBytes().empty());
+    r.clear();
+    EXPECT_EQ(r.storedSize(), 0);
 
     // feed after an unaligned write appends behind the partial byte.
     BitBuffer u;

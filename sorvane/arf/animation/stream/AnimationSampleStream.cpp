@@ -70,7 +70,7 @@ void AnimationSampleStream::skipPadding() {
 AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
     state = 0;
     errorMsg.clear();
-    skipPadding();
+    if (pendingPadding > 0) skipPadding();
     const int64_t start = readPos;
     if (bitSize - readPos < 32) return fail(1, kNotEnoughData, start);
 
@@ -98,8 +98,10 @@ AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
     // Skip up to extraBytePadding zero bytes; the first non-zero byte is left
     // for the next header. Padding that has not arrived yet is skipped by the
     // next call, so that the units do not depend on how the bytes were cut.
-    pendingPadding = extraBytePadding > 0 ? extraBytePadding : 0;
-    skipPadding();
+    if (extraBytePadding > 0) {
+        pendingPadding = extraBytePadding;
+        skipPadding();
+    }
     clearRead();
     return SamplePair(header.release(), sample.release());
 }
@@ -115,13 +117,13 @@ bool AnimationSampleStream::addUnitSample(HeaderAnimationSample* header, const U
     const int64_t start = bitSize;
     try {
         if (!header) SORVANE_THROW("header is NULL");
-        BitBuffer scratch;
+        scratch.clear();
         scratch.setBigEndian(isBigEndian());
         sample->encode(scratch);
         header->setUnitType(sample->type());
         header->setUnitLength(static_cast<long>((scratch.getBitSize() + 7) / 8));
         header->encode(*this);
-        if (!writeBytes(scratch.getBytes().data(), header->getUnitLength())) SORVANE_THROW("Error encoding");
+        if (!writeBytes(scratch.data(), header->getUnitLength())) SORVANE_THROW("Error encoding");
         if (extraBytePadding > 0) {
             if (extraBytePadding > (std::numeric_limits<int64_t>::max() - bitSize) / 8 - 64)
                 SORVANE_THROW("Error encoding");

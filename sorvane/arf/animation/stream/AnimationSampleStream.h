@@ -49,6 +49,8 @@ private:
     long extraBytePadding = 0;
     // Padding bytes of the last unit that were not there when it was decoded.
     long pendingPadding = 0;
+    // Where a sample is encoded before its header is known; kept for its memory.
+    BitBuffer scratch;
 };
 
 } // namespace sorvane::arf

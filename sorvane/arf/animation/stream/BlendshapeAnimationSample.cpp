@@ -22,14 +22,12 @@ void BlendshapeAnimationSample::encode(BitBuffer& b) const {
 
 void BlendshapeAnimationSample::decode(BitBuffer& b) {
     blendshapes.clear();
-    uint16_t set = 0;
-    bool confidence = false;
-    unsigned long reserved = 0;
-    SORVANE_STREAM_READ(b.read(set));
-    SORVANE_STREAM_READ(b.readBool(confidence));
-    SORVANE_STREAM_READ(b.readBits(7, reserved));
-    setId = set;
-    confidencePresent = confidence;
+    // setId and the flag byte in one read; the reserved bits are dropped.
+    unsigned long prefix = 0;
+    SORVANE_STREAM_READ(b.readBits(24, prefix));
+    const uint16_t set = static_cast<uint16_t>(prefix >> 8);
+    setId = b.isBigEndian() ? set : sorvane::detail::swapBytes(set);
+    confidencePresent = (prefix >> 7) & 1;
     detail::decodeWeights(b, blendshapes, confidencePresent);
 }
 

@@ -29,12 +29,13 @@ void HeaderAnimationSample::encode(BitBuffer& b) const {
 }
 
 void HeaderAnimationSample::decode(BitBuffer& b) {
-    unsigned long type = 0, length = 0;
-    bool hasTimestamp = false, hasExtension = false;
-    SORVANE_STREAM_READ(b.readBits(6, type));
-    SORVANE_STREAM_READ(b.readBool(hasTimestamp));
-    SORVANE_STREAM_READ(b.readBool(hasExtension));
-    SORVANE_STREAM_READ(b.readBits(24, length));
+    // The four fixed fields are 32 bits together: one read.
+    unsigned long fixed = 0;
+    SORVANE_STREAM_READ(b.readBits(32, fixed));
+    const unsigned long type = fixed >> 26;
+    const bool hasTimestamp = (fixed >> 25) & 1;
+    const bool hasExtension = (fixed >> 24) & 1;
+    const unsigned long length = fixed & 0xFFFFFF;
     uint32_t stamp = 0;
     unsigned long extension = 0;
     bool data = false;

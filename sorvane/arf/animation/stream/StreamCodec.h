@@ -4,7 +4,9 @@
 // Internal to the sample classes: the two failures every codec shares, raised
 // at the call site so the message names the encoder or decoder.
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
 #include "sorvane/arf/animation/stream/AnimationSampleStreamException.h"
@@ -90,7 +92,7 @@ inline long readCount16(BitBuffer& b, long entryBits) {
     uint16_t stored = 0;
     SORVANE_STREAM_READ(b.read(stored));
     const long count = static_cast<long>(stored) + 1;
-    if (count > b.bitsLeft() / entryBits) SORVANE_STREAM_NOT_ENOUGH_DATA();
+    if (count * entryBits > b.bitsLeft()) SORVANE_STREAM_NOT_ENOUGH_DATA(); // both small: no overflow
     return count;
 }
 
@@ -118,28 +120,79 @@ void encodeWeights(BitBuffer& b, const std::vector<Entry>& entries, bool confide
     }
 }
 
+// Walks an aligned block of weight entries, decoding each on access, with
+// the byte order and the presence of confidences fixed at compile time. The
+// vector is filled from it in one pass: one allocation, no default values
+// written first.
+template <class Entry, bool Big, bool Confidence>
+struct WeightReader {
+    using iterator_category = std::random_access_iterator_tag;
+    using value_type = Entry;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Entry*;
+    using reference = Entry;
+    static constexpr long size = Confidence ? 10 : 6;
+
+    const uint8_t* p;
+
+    Entry operator*() const {
+        Entry e;
+        e.id = loadOrdered16(p, Big);
+        e.weight = loadFloat(p + 2);
+        e.confidence = Confidence ? loadFloat(p + 6) : 0.0f;
+        return e;
+    }
+    WeightReader& operator++() {
+        p += size;
+        return *this;
+    }
+    WeightReader operator++(int) {
+        WeightReader before = *this;
+        p += size;
+        return before;
+    }
+    WeightReader& operator--() {
+        p -= size;
+        return *this;
+    }
+    WeightReader& operator+=(difference_type n) {
+        p += n * size;
+        return *this;
+    }
+    difference_type operator-(const WeightReader& other) const { return (p - other.p) / size; }
+    bool operator==(const WeightReader& other) const { return p == other.p; }
+    bool operator!=(const WeightReader& other) const { return p != other.p; }
+};
+
+template <class Entry, bool Big, bool Confidence>
+void decodeWeightBlock(const uint8_t* p, long count, std::vector<Entry>& entries) {
+    using Reader = WeightReader<Entry, Big, Confidence>;
+    entries.assign(Reader{p}, Reader{p + Reader::size * count});
+}
+
 template <class Entry>
 void decodeWeights(BitBuffer& b, std::vector<Entry>& entries, bool confidence) {
     const long size = confidence ? 10 : 6;
     const long count = readCount16(b, size * 8);
-    entries.resize(static_cast<size_t>(count));
-    const bool big = b.isBigEndian();
     if (const uint8_t* p = b.readBlock(size * count)) {
-        for (Entry& e : entries) {
-            e.id = loadOrdered16(p, big);
-            e.weight = loadFloat(p + 2);
-            e.confidence = confidence ? loadFloat(p + 6) : 0.0f;
-            p += size;
+        if (b.isBigEndian()) {
+            if (confidence) decodeWeightBlock<Entry, true, true>(p, count, entries);
+            else decodeWeightBlock<Entry, true, false>(p, count, entries);
+        } else {
+            if (confidence) decodeWeightBlock<Entry, false, true>(p, count, entries);
+            else decodeWeightBlock<Entry, false, false>(p, count, entries);
         }
         return;
     }
-    for (Entry& e : entries) {
+    entries.resize(static_cast<size_t>(count));
+    Entry* out = entries.data();
+    for (long i = 0; i < count; ++i) {
         uint16_t id = 0;
         SORVANE_STREAM_READ(b.read(id));
-        e.id = id;
-        SORVANE_STREAM_READ(b.readFloat(e.weight));
-        e.confidence = 0.0f;
-        if (confidence) SORVANE_STREAM_READ(b.readFloat(e.confidence));
+        out[i].id = id;
+        SORVANE_STREAM_READ(b.readFloat(out[i].weight));
+        out[i].confidence = 0.0f;
+        if (confidence) SORVANE_STREAM_READ(b.readFloat(out[i].confidence));
     }
 }
 
