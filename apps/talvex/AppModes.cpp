@@ -7,6 +7,9 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
+sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
+
 template <class M>
 static sorvane::Mode* make(args::ArgumentParser& parser) {
     return new M(parser);
@@ -19,6 +22,9 @@ AppModes::AppModes() {
     addMode("format", make<FormatMode>);
     addCategory("Files");
     addMode("list", make<ListMode>);
+    addCategory("Animation");
+    addMode("stream-dump", createStreamDumpMode);
+    addMode("stream-make", createStreamMakeMode);
 }
 
 } // namespace talvex_app
