@@ -83,6 +83,11 @@ ObjectItem& ObjectItem::operator=(const GenericProperty& value) {
     return *this;
 }
 
+ObjectItem& ObjectItem::operator=(const ObjectItem& other) {
+    modifiableOwner();
+    return *this = other.getItem();
+}
+
 void ObjectItem::add(const GenericProperty& value) {
     AbstractNode& o = writableOwner(Change::AddValue);
     if (!value.getNode()) SORVANE_THROW("Invalid node");

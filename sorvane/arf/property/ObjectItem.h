@@ -19,6 +19,7 @@ public:
     ObjectItem();
     ObjectItem(const std::shared_ptr<RootNode>& root, const std::shared_ptr<AbstractNode>& object,
                const std::string& key, bool readOnly);
+    ObjectItem(const ObjectItem& other) = default;
     ~ObjectItem() override;
 
     int64_t getPropertyIndex() const override;
@@ -35,8 +36,10 @@ public:
 
     void setInteger(int64_t value);
     void setString(const std::string& text);
-    // Stores a copy of the value under the key.
+    // Stores a copy of the value under the key. Assigning another item
+    // copies its value too: item = other is item = other.getItem().
     ObjectItem& operator=(const GenericProperty& value);
+    ObjectItem& operator=(const ObjectItem& other);
 
     // Appends to the list under the key, which is created when missing.
     void add(const GenericProperty& value);

@@ -81,6 +81,10 @@ TEST(ObjectItem, SettingAndAddingCreateOrChangeTheValue) {
 
     value.get("assigned") = GenericProperty{"p", "q"};
     value.get("key") = 5;
+    value.get("copy") = value.get("tags");  // the value, not the accessor
+    value.get("copy").add("c");
+    EXPECT_EQ(messageOf([&] { value.get("x") = value.get("missing"); }),
+              "structure.protectionConfigurations[0].value[missing] doest not exist");
     EXPECT_EQ(messageOf([&] { value.get("bad") = GenericProperty{{"o", 1}}; }),
               "Unsupported nested object in structure.protectionConfigurations[0].value");
     EXPECT_FALSE(value.has("bad"));
@@ -94,7 +98,7 @@ TEST(ObjectItem, SettingAndAddingCreateOrChangeTheValue) {
     options.compact = true;
     auto again = readRoot(root->toJsonString());
     EXPECT_EQ(valueNode(again)->toJsonString(options),
-              R"({"assigned":["p","q"],"count":"eight","key":5,"list":["x",2,"null"],"tags":["a","b"]})");
+              R"({"assigned":["p","q"],"copy":["a","b","c"],"count":"eight","key":5,"list":["x",2,"null"],"tags":["a","b"]})");
 }
 
 TEST(ObjectItem, ReadOnlyRefusesEveryChange) {
@@ -106,6 +110,8 @@ TEST(ObjectItem, ReadOnlyRefusesEveryChange) {
     EXPECT_EQ(messageOf([&] { tags.setInteger(1); }), "Modifying " + path + "[tags]: Forbidden, read-only object");
     EXPECT_EQ(messageOf([&] { tags.setString("s"); }), "Modifying " + path + "[tags]: Forbidden, read-only object");
     EXPECT_EQ(messageOf([&] { tags = GenericProperty(1); }),
+              "Modifying " + path + "[tags]: Forbidden, read-only object");
+    EXPECT_EQ(messageOf([&] { tags = value.get("key"); }),
               "Modifying " + path + "[tags]: Forbidden, read-only object");
     EXPECT_EQ(messageOf([&] { tags.add("c"); }), "Adding to " + path + "[\"tags\"]: Forbidden, read-only accessor");
     EXPECT_EQ(messageOf([&] { value.get("new").addNull(); }),
