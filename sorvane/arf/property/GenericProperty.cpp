@@ -15,7 +15,9 @@ namespace sorvane::arf {
 
 namespace {
 
-const NodeParent kDetached{std::weak_ptr<AbstractNode>()};
+// No parent: a detached value. (A function, so that values built during
+// static initialisation in other files do not meet an unbuilt constant.)
+NodeParent detached() { return NodeParent(std::weak_ptr<AbstractNode>()); }
 
 std::string textArgument(const char* text) {
     if (!text) throw std::logic_error("basic_string::_S_construct null not valid");
@@ -25,18 +27,19 @@ std::string textArgument(const char* text) {
 // {"key", value}: a list of two whose first item is a string.
 bool isPair(const AbstractNode& node) {
     const auto* list = dynamic_cast<const ListNode*>(&node);
-    return list && list->getItems().size() == 2 && list->getItems()[0] && list->getItems()[0]->isNodeString();
+    return list && list->getItems().size() == 2 && list->getItems()[0] && list->getItems()[1] &&
+           list->getItems()[0]->isNodeString();
 }
 
 } // namespace
 
-GenericProperty::GenericProperty() : nodeRef(std::make_shared<NullNode>(kDetached)) {}
+GenericProperty::GenericProperty() : nodeRef(std::make_shared<NullNode>(detached())) {}
 
 GenericProperty::GenericProperty(int value) : GenericProperty(static_cast<int64_t>(value)) {}
 
-GenericProperty::GenericProperty(int64_t value) : nodeRef(std::make_shared<IntegerNode>(kDetached, value)) {}
+GenericProperty::GenericProperty(int64_t value) : nodeRef(std::make_shared<IntegerNode>(detached(), value)) {}
 
-GenericProperty::GenericProperty(const std::string& text) : nodeRef(std::make_shared<StringNode>(kDetached, text)) {}
+GenericProperty::GenericProperty(const std::string& text) : nodeRef(std::make_shared<StringNode>(detached(), text)) {}
 
 GenericProperty::GenericProperty(const char* text) : GenericProperty(textArgument(text)) {}
 
@@ -56,7 +59,7 @@ void GenericProperty::init(std::initializer_list<GenericProperty> values) {
     for (const auto& value : values)
         if (!value.nodeRef || !isPair(*value.nodeRef)) pairs = false;
     if (pairs) {
-        auto object = std::make_shared<ObjectNode>(kDetached);
+        auto object = std::make_shared<ObjectNode>(detached());
         for (const auto& value : values) {
             const auto& items = static_cast<const ListNode&>(*value.nodeRef).getItems();
             detail::storeInGenericObject(*object, items[0]->getNodeString(), *items[1]);
@@ -64,7 +67,7 @@ void GenericProperty::init(std::initializer_list<GenericProperty> values) {
         nodeRef = object;
         return;
     }
-    auto list = std::make_shared<ListNode>(kDetached);
+    auto list = std::make_shared<ListNode>(detached());
     for (const auto& value : values) {
         // Nested lists are kept here so that an enclosing brace can still
         // read this list as a pair; storing it in a document checks them.
@@ -80,7 +83,7 @@ GenericProperty* GenericProperty::createIntegerPtr(int64_t value) { return new G
 GenericProperty GenericProperty::createString(const std::string& text) { return GenericProperty(text); }
 GenericProperty* GenericProperty::createStringPtr(const std::string& text) { return new GenericProperty(text); }
 GenericProperty GenericProperty::createList() {
-    return GenericProperty(nullptr, std::make_shared<ListNode>(kDetached), false);
+    return GenericProperty(nullptr, std::make_shared<ListNode>(detached()), false);
 }
 GenericProperty* GenericProperty::createListPtr() { return new GenericProperty(createList()); }
 
@@ -109,7 +112,7 @@ void GenericProperty::clear() { writableNode(Change::Clear).removeNodeItems(); }
 
 AbstractNode& GenericProperty::writableNode(Change change) const {
     AbstractNode& n = node();
-    checkWritable(change, n.getNodePath());
+    if (readOnly) checkWritable(change, n.getNodePath());  // the path only when it is needed
     return n;
 }
 
@@ -129,7 +132,7 @@ GenericProperty* GenericProperty::getPropertyPtr(const std::string& key) const {
 void GenericProperty::set(const std::string& key, const GenericProperty& value) {
     AbstractNode& n = node();
     if (!n.isNodeObject()) SORVANE_THROW("%s is not an object", n.getNodePath().c_str());
-    checkWritable(Change::Modify, n.getNodePath() + "[" + key + "]");
+    if (readOnly) checkWritable(Change::Modify, n.getNodePath() + "[" + key + "]");
     detail::storeInGenericObject(n, key, value.node());
 }
 
@@ -160,13 +163,13 @@ std::vector<std::string> GenericProperty::getStringVector() const { return node(
 void GenericProperty::setInteger(int64_t value) {
     AbstractNode& n = writableNode(Change::Set);
     if (n.isNodeInteger()) n.setNodeInteger(value);
-    else nodeRef = std::make_shared<IntegerNode>(kDetached, value);
+    else nodeRef = std::make_shared<IntegerNode>(detached(), value);
 }
 
 void GenericProperty::setString(const std::string& text) {
     AbstractNode& n = writableNode(Change::Set);
     if (n.isNodeString()) n.setNodeString(text);
-    else nodeRef = std::make_shared<StringNode>(kDetached, text);
+    else nodeRef = std::make_shared<StringNode>(detached(), text);
 }
 
 void GenericProperty::removeProperty() {

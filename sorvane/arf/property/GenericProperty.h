@@ -28,6 +28,7 @@ public:
     GenericProperty(int64_t value);
     GenericProperty(const std::string& text);
     GenericProperty(const char* text);
+    GenericProperty(bool) = delete;  // booleans are no generic values
     // A list of the values, or an object when every value is a pair
     // {"key", value}: GenericProperty{{"a", 1}, {"b", {"x", "y"}}}.
     GenericProperty(std::initializer_list<GenericProperty> values);
@@ -77,6 +78,7 @@ public:
     void add(const char* text);
     void add(int64_t value);
     void add(int value);
+    void add(bool) = delete;
     void add(std::initializer_list<GenericProperty> values);  // appends each value
     void addNull();
     std::vector<std::string> getStringVector() const;

@@ -48,13 +48,13 @@ GenericProperty* ObjectItem::getItemPtr() const { return new GenericProperty(get
 
 AbstractNode& ObjectItem::modifiableOwner() const {
     AbstractNode& o = owner();
-    checkWritable(Change::Modify, o.getNodePath() + "[" + key + "]");
+    if (readOnly) checkWritable(Change::Modify, o.getNodePath() + "[" + key + "]");  // path only when needed
     return o;
 }
 
 AbstractNode& ObjectItem::writableOwner(Change change) const {
     AbstractNode& o = owner();
-    checkWritable(change, getPropertyPath());
+    if (readOnly) checkWritable(change, getPropertyPath());
     return o;
 }
 

@@ -47,6 +47,7 @@ public:
     void add(const char* text);
     void add(int64_t value);
     void add(int value);
+    void add(bool) = delete;
     void addNull();
 
     void removeProperty();

@@ -163,6 +163,9 @@ TEST(GenericProperty, ListAccess) {
     EXPECT_EQ(messageOf([&] { scalar.add(1); }), "<noparent> is not a list");
     EXPECT_EQ(messageOf([&] { scalar.addNull(); }), "<noparent> is not a list");
     EXPECT_EQ(messageOf([&] { scalar.get(0); }), "<noparent> is not a list");
+    EXPECT_EQ(messageOf([&] { scalar.get("k"); }), "<noparent> is not an object");
+    EXPECT_EQ(messageOf([&] { scalar.set("k", 1); }), "<noparent> is not an object");
+    EXPECT_EQ(messageOf([&] { scalar.clear(); }), "<noparent> is not a container");
     EXPECT_EQ(messageOf([&] {
                   for (GenericProperty item : scalar) (void)item;
               }),
