@@ -33,6 +33,10 @@ void Property::checkWritable(Change change, const std::string& path) const {
     case Change::RemoveItem: SORVANE_THROW("Removing an item of %s: Forbidden, read-only accessor", p);
     case Change::RemoveProperty: SORVANE_THROW("Removing %s: Forbidden, read-only accessor", p);
     case Change::Get: SORVANE_THROW("Getting %s: Forbidden, read-only accessor", p);
+    case Change::Clear: SORVANE_THROW("Clearing %s: Forbidden, read-only object", p);
+    case Change::AddNull: SORVANE_THROW("Adding Null to %s: Forbidden, read-only accessor", p);
+    case Change::AddValue: SORVANE_THROW("Adding to %s: Forbidden, read-only accessor", p);
+    case Change::Modify: SORVANE_THROW("Modifying %s: Forbidden, read-only object", p);
     }
 }
 

@@ -26,6 +26,10 @@ public:
         RemoveItem,      // "Removing an item of %s: ..."
         RemoveProperty,  // "Removing %s: ..."
         Get,             // "Getting %s: ..."
+        Clear,           // "Clearing %s: ... read-only object"
+        AddNull,         // "Adding Null to %s: ..."
+        AddValue,        // "Adding to %s: ..."
+        Modify,          // "Modifying %s: ... read-only object" (the path ends in "[key]")
     };
 
     virtual ~Property();
