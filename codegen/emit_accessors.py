@@ -37,8 +37,7 @@ class AccessorEmitter:
         self.records = records
 
     def supported(self, field):
-        # Generic values get their accessor with the generic property classes.
-        return field.type != "generic"
+        return True
 
     def outputs(self, record):
         files = [f"sorvane/{accessor_source(record)}.h", f"sorvane/{accessor_source(record)}.cpp"]
@@ -62,6 +61,8 @@ class AccessorEmitter:
             return f"ValueMember<{N}, {d}>"
         if f.is_list:
             return f"ValueListMember<{N}, {d}>"
+        if f.type == "generic":
+            return f"GenericMember<{N}, {d}>"
         # Qualified: the member's own name may be the child accessor's name.
         target = self.records[f.of]
         ns = "::" + target.namespace

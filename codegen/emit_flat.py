@@ -41,7 +41,7 @@ class FlatEmitter:
         self.records = records
 
     def supported(self, field):
-        return field.type != "generic"
+        return True
 
     def source_path(self, record):
         return f"sorvane/flat/arf_{record.name}.cpp"
@@ -135,6 +135,9 @@ class FlatEmitter:
             child = self.records[f.of].name
             fns.append(Function(f"{p}get{C}", [f"{handle(child)}** out", h],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
+        elif f.type == "generic":
+            fns.append(Function(f"{p}get{C}", [f"{handle('GenericProperty')}** out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) -> sorvane::arf::GenericProperty* {{ return a.{m}.getPtr(); }});"))
         elif f.type == "list":
             lst = self.records[f.of].name + "List"
             fns.append(Function(f"{p}get{C}", [f"{handle(lst)}** out", h],
@@ -238,7 +241,7 @@ class FlatEmitter:
              "#define SORVANE_FLAT_SORVANE_ARF_GENERATED_H", "",
              "#include <stddef.h>", "#include <stdint.h>", "#ifndef __cplusplus", "#include <stdbool.h>", "#endif", "",
              '#include "sorvane/core/Export.h"', ""]
-        names = []
+        names = ["GenericProperty"]
         for r in self.records.values():
             names.append(r.name)
             if r.has_list:

@@ -46,6 +46,45 @@ SORVANE_API int32_t sorvane_arf_Arf_getIdentity(sorvane_arf_Identity** out, sorv
 SORVANE_API int32_t sorvane_arf_Arf_getStructure(sorvane_arf_Structure** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self);
 
+/* Generic values (strings, integers, lists and flat objects of those). A
+ * created value is detached until stored with sorvane_arf_GenericProperty_setByKey. */
+SORVANE_API int32_t sorvane_arf_GenericProperty_createNull(sorvane_arf_GenericProperty** out);
+SORVANE_API int32_t sorvane_arf_GenericProperty_createInteger(sorvane_arf_GenericProperty** out, int64_t value);
+SORVANE_API int32_t sorvane_arf_GenericProperty_createString(sorvane_arf_GenericProperty** out, const char* value);
+SORVANE_API int32_t sorvane_arf_GenericProperty_createList(sorvane_arf_GenericProperty** out);
+SORVANE_API int32_t sorvane_arf_GenericProperty_delete(sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_removeProperty(sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyIndex(int64_t* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyName(char* out, int64_t* outSize,
+                                                                sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyPath(char* out, int64_t* outSize,
+                                                                sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyTypeName(char* out, int64_t* outSize,
+                                                                    sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_toString(char* out, int64_t* outSize, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isNull(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isInteger(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isString(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isList(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isObject(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_isEmpty(bool* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getInteger(int64_t* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_setInteger(sorvane_arf_GenericProperty* self, int64_t value);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getString(char* out, int64_t* outSize, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_setString(sorvane_arf_GenericProperty* self, const char* value);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getSize(int64_t* out, sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_clear(sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_hasByKey(bool* out, sorvane_arf_GenericProperty* self, const char* key);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getByKey(sorvane_arf_GenericProperty** out,
+                                                         sorvane_arf_GenericProperty* self, const char* key);
+/* Stores a copy of value under key; value is not taken over and is still deleted by the caller. */
+SORVANE_API int32_t sorvane_arf_GenericProperty_setByKey(sorvane_arf_GenericProperty* self, const char* key,
+                                                         sorvane_arf_GenericProperty* value);
+SORVANE_API int32_t sorvane_arf_GenericProperty_getByIndex(sorvane_arf_GenericProperty** out,
+                                                           sorvane_arf_GenericProperty* self, int64_t index);
+SORVANE_API int32_t sorvane_arf_GenericProperty_addNull(sorvane_arf_GenericProperty* self);
+SORVANE_API int32_t sorvane_arf_GenericProperty_addString(sorvane_arf_GenericProperty* self, const char* value);
+
 #ifdef __cplusplus
 }
 #endif

@@ -158,3 +158,38 @@ TEST(ArfFlat, ArfFunctions) {
     EXPECT_EQ(sorvane_arf_Arf_close(arf), 0);
     EXPECT_EQ(sorvane_arf_Arf_delete(arf), 0);
 }
+
+TEST(ArfFlat, GenericValues) {
+    Document doc(R"(memory:{"structure": {"protectionConfigurations": [{"schemeIdUri": "u", "value": {"a": 1}}]}})");
+    sorvane_arf_Structure* structure = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getStructure(&structure, doc.arf), 0);
+    sorvane_arf_ProtectionConfigurationList* list = nullptr;
+    ASSERT_EQ(sorvane_arf_Structure_getProtectionConfigurations(&list, structure), 0);
+    sorvane_arf_ProtectionConfiguration* config = nullptr;
+    ASSERT_EQ(sorvane_arf_ProtectionConfigurationList_getByIndex(&config, list, 0), 0);
+    sorvane_arf_GenericProperty* value = nullptr;
+    ASSERT_EQ(sorvane_arf_ProtectionConfiguration_getValue(&value, config), 0);
+    bool isObject = false;
+    EXPECT_EQ(sorvane_arf_GenericProperty_isObject(&isObject, value), 0);
+    EXPECT_TRUE(isObject);
+
+    sorvane_arf_GenericProperty* text = nullptr;
+    ASSERT_EQ(sorvane_arf_GenericProperty_createString(&text, "hello"), 0);
+    EXPECT_EQ(sorvane_arf_GenericProperty_setByKey(value, "b", text), 0);
+    EXPECT_EQ(sorvane_arf_GenericProperty_setByKey(value, "c", nullptr), -1);
+    EXPECT_EQ(slot(), "value is NULL");
+    sorvane_arf_GenericProperty* item = nullptr;
+    ASSERT_EQ(sorvane_arf_GenericProperty_getByKey(&item, value, "a"), 0);
+    int64_t number = 0;
+    EXPECT_EQ(sorvane_arf_GenericProperty_getInteger(&number, item), 0);
+    EXPECT_EQ(number, 1);
+    EXPECT_EQ(textOf(sorvane_arf_ProtectionConfiguration_toString, config),
+              "{\n  \"schemeIdUri\": \"u\",\n  \"value\": {\n    \"a\": 1,\n    \"b\": \"hello\"\n  }\n}");
+    EXPECT_EQ(sorvane_arf_GenericProperty_getInteger(&number, nullptr), -1);
+    EXPECT_EQ(slot(), "genericProperty is NULL");
+
+    for (auto* handle : {item, text, value}) sorvane_arf_GenericProperty_delete(handle);
+    sorvane_arf_ProtectionConfiguration_delete(config);
+    sorvane_arf_ProtectionConfigurationList_delete(list);
+    sorvane_arf_Structure_delete(structure);
+}

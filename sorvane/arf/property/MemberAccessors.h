@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "sorvane/archive/JsonExporter.h"
+#include "sorvane/arf/node/generic/ObjectNode.h"
+#include "sorvane/arf/property/Object.h"
 #include "sorvane/arf/property/ObjectProperty.h"
 #include "sorvane/core/RuntimeException.h"
 
@@ -247,6 +249,45 @@ public:
 
     typename ListAcc::Iterator begin() const { return get().begin(); }
     typename ListAcc::Iterator end() const { return get().end(); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A generic object value (a flat object of strings, integers and lists),
+// viewed as an Object. A writable accessor makes an absent value empty on
+// first use; a read-only one reports it missing.
+template <class NodeT, class D>
+class SORVANE_API GenericMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    GenericMember() = default;
+    GenericMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return "Object"; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& value = D::get(this->node());
+        if (value) out << *value;
+        else out << "null";
+    }
+
+    Object get() const {
+        NodeT& n = this->node();
+        std::shared_ptr<ObjectNode> value = D::get(n);
+        if (!value) {
+            if (this->readOnly) SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
+            value = std::make_shared<ObjectNode>(this->owner);
+            D::set(n, value);
+        }
+        return Object(this->root, value, this->readOnly);
+    }
+    Object* getPtr() const { return new Object(get()); }
 
     void removeProperty() {
         static_assert(D::kOptional, "only optional members can be removed");
