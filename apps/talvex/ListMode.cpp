@@ -19,7 +19,6 @@ namespace talvex_app {
 
 ListMode::ListMode(args::ArgumentParser& parser_)
     : sorvane::Mode(parser_),
-      help(parser_, "help", "show this help", {'h', "help"}),
       path(parser_, "PATH", "a directory or a zip archive (.zip, .arfz)", args::Options::Required),
       folder(parser_, "FOLDER", "list only the items under this folder of the provider", {'f', "folder"}) {
     parser_.Description("Lists the items of a directory or an archive with their sizes in bytes.");

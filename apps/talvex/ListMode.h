@@ -13,7 +13,6 @@ public:
     void execute() override;
 
 private:
-    args::HelpFlag help;
     args::Positional<std::string> path;
     args::ValueFlag<std::string> folder;
 };

@@ -96,8 +96,7 @@ public:
           file(p, "FILE", "the stream file", args::Options::Required),
           little(p, "little", "the stream is little endian (default: big endian)", {'l', "little-endian"}),
           padding(p, "N", "zero bytes of padding behind each unit", {'p', "padding"}, 0),
-          first(p, "N", "values shown per unit", {'n', "values"}, 4),
-          help(p, "help", "shows this help", {'h', "help"}) {
+          first(p, "N", "values shown per unit", {'n', "values"}, 4) {
         p.Description("Prints each unit of an animation sample stream file: kind, length, timestamp, counts and "
                       "the first values.");
     }
@@ -129,7 +128,6 @@ private:
     args::Flag little;
     args::ValueFlag<long> padding;
     args::ValueFlag<long> first;
-    args::HelpFlag help;
 };
 
 } // namespace

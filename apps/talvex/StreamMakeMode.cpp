@@ -197,8 +197,7 @@ public:
     explicit StreamMakeMode(args::ArgumentParser& p)
         : Mode(p),
           input(p, "DESCRIPTION", "the text description", args::Options::Required),
-          output(p, "OUTPUT", "the stream file to write", args::Options::Required),
-          help(p, "help", "shows this help", {'h', "help"}) {
+          output(p, "OUTPUT", "the stream file to write", args::Options::Required) {
         p.Description("Writes an animation sample stream file from a small text description.");
         p.Epilog(kFormat);
     }
@@ -257,7 +256,6 @@ public:
 private:
     args::Positional<std::string> input;
     args::Positional<std::string> output;
-    args::HelpFlag help;
 };
 
 } // namespace
