@@ -32,3 +32,8 @@ echo "== talvex convert: main JSON file -> archive -> main JSON file"
 echo
 echo "== talvex format examples/avatar.arf.json (read into the document tree, written back)"
 "$talvex" format examples/avatar.arf.json
+
+echo
+echo "== talvex stream-make examples/face.stream.txt, then stream-dump"
+"$talvex" stream-make examples/face.stream.txt "$work/face.stream"
+"$talvex" stream-dump "$work/face.stream"
