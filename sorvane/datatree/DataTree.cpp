@@ -7,6 +7,7 @@
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/datatree/node/Array.h"
 #include "sorvane/datatree/node/Boolean.h"
+#include "sorvane/datatree/node/Buffers.h"
 #include "sorvane/datatree/node/Float.h"
 #include "sorvane/datatree/node/Integer.h"
 #include "sorvane/datatree/node/List.h"
@@ -200,14 +201,33 @@ void DataTree::giveArrayData(void* data, long count, ScalarType type) {
     }
 }
 
+namespace {
+
+// The byte size is checked also when the node is already a Tensor: the
+// bytes the sizes need are read or owned, whoever holds the node.
+void checkTensorBytes(long dataSize, const std::vector<long>& sizes, ScalarType type) {
+    const size_t bytes = datatree::detail::byteCount(datatree::detail::valueCount(sizes), type);
+    if (dataSize < 0 || bytes > static_cast<size_t>(dataSize)) SORVANE_THROW("Invalid buffer size");
+}
+
+} // namespace
+
 void DataTree::setTensorData(const void* data, long dataSize, const std::vector<long>& sizes, ScalarType type) {
-    if (node->isTensor()) node->setTensorData(data, sizes, type);
-    else node = std::make_shared<Tensor>(data, dataSize, sizes, type);
+    if (node->isTensor()) {
+        checkTensorBytes(dataSize, sizes, type);
+        node->setTensorData(data, sizes, type);
+    } else {
+        node = std::make_shared<Tensor>(data, dataSize, sizes, type);
+    }
 }
 
 void DataTree::giveTensorData(void* data, long dataSize, const std::vector<long>& sizes, ScalarType type) {
-    if (node->isTensor()) node->giveTensorData(data, sizes, type);
-    else node = std::make_shared<Tensor>(data, dataSize, sizes, type);
+    if (node->isTensor()) {
+        checkTensorBytes(dataSize, sizes, type);
+        node->giveTensorData(data, sizes, type);
+    } else {
+        node = std::make_shared<Tensor>(data, dataSize, sizes, type);
+    }
 }
 
 DataTree& DataTree::operator[](const std::string& name) {
