@@ -2,8 +2,12 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+
 AppModes::AppModes() {
     addCategory("Documents");
+    addCategory("DataTree");
+    addMode("datatree-info", [](args::ArgumentParser& p) { return createDataTreeInfoMode(p); });
 }
 
 } // namespace talvex_app
