@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "sorvane/archive/JsonExporter.h"
 #include "sorvane/archive/JsonImporter.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/datatree/DataTree.h"
@@ -142,4 +143,27 @@ TEST(ArrayTest, JsonLines) {
     archive::JsonImporter badReader(bad);
     EXPECT_THROW_TEXT(array.fromJson(badReader, DATATREE_IMPORT_DEFAULT), RuntimeException,
                       "Expect an array of numbers at line 1");
+}
+
+TEST(ArrayTest, ExporterMadeElsewhereGetsTheListsThroughItsOwnCalls) {
+    std::ostringstream out;
+    {
+        archive::JsonExporter exporter(out);
+        exporter.beginObject();
+        exporter.addObjectItem("i");
+        const int16_t ints[] = {-1, 2};
+        DataTree::createArray(ints, 2, ScalarType::Integer16).toJson(exporter);
+        exporter.addObjectItem("d");
+        const double doubles[] = {0.5, 1.0 / 3.0};
+        DataTree::createArray(doubles, 2, ScalarType::Double).toJson(exporter);
+        exporter.endObject();
+    }
+    EXPECT_EQ(out.str(), "{\n  \"i\": [-1, 2],\n  \"d\": [0.5, 0.3333333333333333]\n}");
+    // Through the stream form the same text comes out of the direct path.
+    std::ostringstream direct;
+    DataTree object = DataTree::createObject();
+    const int16_t ints[] = {-1, 2};
+    object["i"] = DataTree::createArray(ints, 2, ScalarType::Integer16);
+    object.toJson(direct);
+    EXPECT_EQ(direct.str(), "{\n  \"i\": [-1, 2]\n}");
 }
