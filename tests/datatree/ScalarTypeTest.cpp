@@ -187,6 +187,18 @@ TEST(ScalarTypeTest, WideningNarrowingAndRounding) {
     EXPECT_TRUE(std::isinf(g[2]));
     EXPECT_EQ(g[3], std::numeric_limits<float>::max());
     EXPECT_EQ(g[4], 0.1f);
+    // The same through the four-wide path.
+    const double many[] = {0.1, 1e39, -1e39, 3.4028235677973366e+38, 3.4028235e38, 3.4028235677973362e+38,
+                           -0.0, 1e-50, 2.5};
+    float h[9];
+    convertBufferScalarType(h, ScalarType::Float, many, ScalarType::Double, 9);
+    for (int i = 0; i < 9; ++i) {
+        float one;
+        convertBufferScalarType(&one, ScalarType::Float, many + i, ScalarType::Double, 1);
+        EXPECT_EQ(std::memcmp(&one, h + i, 4), 0) << i;
+    }
+    EXPECT_TRUE(std::isinf(h[3]));
+    EXPECT_EQ(h[5], std::numeric_limits<float>::max());
 
     const uint8_t bytes[] = {0, 128, 255};
     double widened[3];
