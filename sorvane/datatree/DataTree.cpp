@@ -351,6 +351,8 @@ DataTree& DataTree::convertToFloatArray(ScalarType type) {
 }
 
 void DataTree::removeArrayValue(long index) {
+    // Anything but an Array fails here, before an element has moved.
+    if (!node->isArray()) node->resizeArrayData(1);
     const long size = node->getSize();
     if (index < 0 || index >= size) SORVANE_THROW("Invalid array index %ld", index);
     const long element = getScalarSize(node->getScalarType());

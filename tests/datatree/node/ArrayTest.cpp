@@ -97,6 +97,9 @@ TEST(ArrayTest, ResizeAndRemoveValue) {
     DataTree one = DataTree::createArray(values, 1, ScalarType::Integer32);
     EXPECT_THROW_TEXT(one.removeArrayValue(0), RuntimeException, "Invalid size 0");
     EXPECT_EQ(one.getSize(), 1);
+    DataTree tensor = DataTree::createTensor(values, 16, {4}, ScalarType::Integer32);
+    EXPECT_THROW_TEXT(tensor.removeArrayValue(0), RuntimeException, "a Tensor cannot be used as an Array");
+    EXPECT_EQ(tensor.getData<int>()[0], 1);
     DataTree none = DataTree::createArray(ScalarType::Integer16);
     none.resizeArrayData(2);
     EXPECT_EQ(none.getBufferSize(), 4);
