@@ -1,5 +1,6 @@
 #include "sorvane/archive/JsonExporter.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -29,7 +30,6 @@ JsonExporter::JsonExporter(std::ostream& stream, const Options& options) : strea
     // Numbers are formatted here as the stream would: that is the C locale's
     // form unless the stream carries a locale of its own.
     plainNumbers_ = stream_.getloc() == std::locale::classic();
-    out_.reserve(kFlushSize + 4096);
 }
 
 JsonExporter::~JsonExporter() {
@@ -41,9 +41,30 @@ JsonExporter::~JsonExporter() {
 }
 
 void JsonExporter::flush() {
-    if (out_.empty()) return;
-    stream_.write(out_.data(), static_cast<std::streamsize>(out_.size()));
-    out_.clear();
+    if (size_ == 0) return;
+    size_t size = size_;
+    size_ = 0;
+    stream_.write(buffer_.get(), static_cast<std::streamsize>(size));
+}
+
+void JsonExporter::makeRoom(size_t n) {
+    flush();
+    if (capacity_ >= n) return;
+    // Twice the flush size, so that flushing by size happens before the
+    // buffer is full; more only for a single longer piece.
+    capacity_ = std::max(n, 2 * kFlushSize);
+    buffer_.reset(new char[capacity_]);
+}
+
+void JsonExporter::put(const char* text, size_t n) {
+    std::memcpy(room(n), text, n);
+    size_ += n;
+}
+
+void JsonExporter::indent() {
+    size_t n = static_cast<size_t>(indent_) * 2;
+    std::memset(room(n), ' ', n);
+    size_ += n;
 }
 
 void JsonExporter::debugLine(const char* name, size_t level, bool withFirst, bool first) {
@@ -55,14 +76,14 @@ void JsonExporter::debugLine(const char* name, size_t level, bool withFirst, boo
 }
 
 void JsonExporter::beginObject() {
-    out_.push_back('{');
+    put('{');
     stack_.push_back(Item{kObject, true});
     ++indent_;
     if (options_.debug) debugLine("beginObject", stack_.size(), false, false);
 }
 
 void JsonExporter::beginArray() {
-    out_.push_back('[');
+    put('[');
     stack_.push_back(Item{kArray, true});
     ++indent_;
     if (options_.debug) debugLine("beginArray", stack_.size(), false, false);
@@ -75,10 +96,10 @@ void JsonExporter::close(int32_t type, char c, const char* name) {
     stack_.pop_back();
     --indent_;
     if (!first && !options_.compact) {
-        out_.push_back('\n');
-        out_.append(static_cast<size_t>(indent_) * 2, ' ');
+        put('\n');
+        indent();
     }
-    out_.push_back(c);
+    put(c);
     done();
 }
 
@@ -94,13 +115,13 @@ void JsonExporter::separator(int32_t type) {
     Item& item = stack_.back();
     if (item.first) {
         item.first = false;
-        if (!options_.compact) out_.push_back('\n');
+        if (!options_.compact) put('\n');
     } else if (options_.compact) {
-        out_.push_back(',');
+        put(',');
     } else {
-        out_.append(",\n", 2);
+        put(",\n", 2);
     }
-    if (!options_.compact) out_.append(static_cast<size_t>(indent_) * 2, ' ');
+    if (!options_.compact) indent();
 }
 
 void JsonExporter::addObjectItem(const std::string& key) { addObjectItem(key.c_str()); }
@@ -109,51 +130,61 @@ void JsonExporter::addObjectItem(const char* key) {
     separator(kObject);
     appendString(key, std::strlen(key));
     if (options_.compact) {
-        out_.push_back(':');
+        put(':');
     } else {
-        out_.append(": ", 2);
+        put(": ", 2);
     }
 }
 
 void JsonExporter::addArrayItem() { separator(kArray); }
 
 void JsonExporter::appendString(const char* value, size_t size) {
-    out_.push_back('"');
-    const char* p = value;
+    put('"');
     const char* e = value + size;
-    for (;;) {
-        const char* start = p;
-        while (p < e && !needsEscape(static_cast<unsigned char>(*p))) ++p;
-        out_.append(start, static_cast<size_t>(p - start));
-        if (p == e || *p == 0) break;  // a NUL ends the text
-        char escaped[2] = {'\\', 0};
-        switch (*p) {
-        case '\\':
-            escaped[1] = '\\';
-            break;
-        case '"':
-            escaped[1] = '"';
-            break;
-        case 8:
-            escaped[1] = 'b';
-            break;
-        case 9:
-            escaped[1] = 't';
-            break;
-        case 10:
-            escaped[1] = 'n';
-            break;
-        case 12:
-            escaped[1] = 'f';
-            break;
-        default:
-            escaped[1] = 'r';
-            break;
+    while (value < e) {
+        // Pieces of bounded size, each with room for every byte escaped.
+        size_t piece = std::min<size_t>(static_cast<size_t>(e - value), kFlushSize / 2);
+        const char* pieceEnd = value + piece;
+        char* out = room(2 * piece);
+        char* start = out;
+        for (; value < pieceEnd; ++value) {
+            unsigned char c = static_cast<unsigned char>(*value);
+            if (!needsEscape(c)) {
+                *out++ = static_cast<char>(c);
+                continue;
+            }
+            if (c == 0) {  // a NUL ends the text
+                e = value;
+                break;
+            }
+            *out++ = '\\';
+            switch (c) {
+            case '\\':
+                *out++ = '\\';
+                break;
+            case '"':
+                *out++ = '"';
+                break;
+            case 8:
+                *out++ = 'b';
+                break;
+            case 9:
+                *out++ = 't';
+                break;
+            case 10:
+                *out++ = 'n';
+                break;
+            case 12:
+                *out++ = 'f';
+                break;
+            default:
+                *out++ = 'r';
+                break;
+            }
         }
-        out_.append(escaped, 2);
-        ++p;
+        size_ += static_cast<size_t>(out - start);
     }
-    out_.push_back('"');
+    put('"');
 }
 
 void JsonExporter::addString(const std::string& value) {
@@ -168,43 +199,42 @@ void JsonExporter::addString(const char* value) {
 
 void JsonExporter::addBoolean(bool value) {
     if (value) {
-        out_.append("true", 4);
+        put("true", 4);
     } else {
-        out_.append("false", 5);
+        put("false", 5);
     }
     done();
 }
 
 void JsonExporter::addNull() {
-    out_.append("null", 4);
+    put("null", 4);
     done();
 }
 
 void JsonExporter::appendInteger(int64_t value) {
-    char text[24];
-    auto result = std::to_chars(text, text + sizeof(text), value);
-    out_.append(text, static_cast<size_t>(result.ptr - text));
+    char* out = room(24);
+    auto result = std::to_chars(out, out + 24, value);
+    size_ += static_cast<size_t>(result.ptr - out);
 }
 
 void JsonExporter::appendNumber(double value) {
-    char text[40];
-    size_t size = 0;
     if (!plainNumbers_) {
         // A stream with its own locale formats the number itself.
         flush();
         stream_ << value;
         return;
     }
+    constexpr size_t kRoom = 40;
+    char* out = room(kRoom);
     if (std::isfinite(value)) {
-        // Same text as "%.16g" (shortest digits up to 16, exponent form when
-        // the exponent is below -4 or at least 16), without printf's cost.
-        auto result = std::to_chars(text, text + sizeof(text), value, std::chars_format::general, 16);
-        size = static_cast<size_t>(result.ptr - text);
+        // Same text as "%.16g" (up to 16 significant digits without trailing
+        // zeros, exponent form below 1e-4 or from 1e16), without printf's cost.
+        auto result = std::to_chars(out, out + kRoom, value, std::chars_format::general, 16);
+        size_ += static_cast<size_t>(result.ptr - out);
     } else {
-        int written = std::snprintf(text, sizeof(text), "%.16g", value);
-        size = written > 0 ? static_cast<size_t>(written) : 0;
+        int written = std::snprintf(out, kRoom, "%.16g", value);
+        size_ += written > 0 ? static_cast<size_t>(written) : 0;
     }
-    out_.append(text, size);
 }
 
 void JsonExporter::addInteger(int64_t value) {
@@ -219,33 +249,33 @@ void JsonExporter::addNumber(double value) {
 }
 
 void JsonExporter::addIntegerList(const std::vector<int64_t>& values) {
-    out_.push_back('[');
+    put('[');
     for (size_t i = 0; i < values.size(); ++i) {
-        if (i > 0) out_.append(", ", 2);
+        if (i > 0) put(", ", 2);
         appendInteger(values[i]);
     }
-    out_.push_back(']');
+    put(']');
     done();
 }
 
 void JsonExporter::addNumberList(const std::vector<double>& values) {
     stream_.precision(16);
-    out_.push_back('[');
+    put('[');
     for (size_t i = 0; i < values.size(); ++i) {
-        if (i > 0) out_.append(", ", 2);
+        if (i > 0) put(", ", 2);
         appendNumber(values[i]);
     }
-    out_.push_back(']');
+    put(']');
     done();
 }
 
 void JsonExporter::addStringList(const std::vector<std::string>& values) {
-    out_.push_back('[');
+    put('[');
     for (size_t i = 0; i < values.size(); ++i) {
-        if (i > 0) out_.append(", ", 2);
+        if (i > 0) put(", ", 2);
         appendString(values[i].data(), values[i].size());
     }
-    out_.push_back(']');
+    put(']');
     done();
 }
 

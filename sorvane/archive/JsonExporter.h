@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <unordered_map>
@@ -63,11 +64,20 @@ private:
     void separator(int32_t type);
     void close(int32_t type, char c, const char* name);
     void debugLine(const char* name, size_t level, bool withFirst, bool first);
+    // Space for n more bytes at the end of the buffer.
+    char* room(size_t n) {
+        if (capacity_ - size_ < n) makeRoom(n);
+        return buffer_.get() + size_;
+    }
+    void makeRoom(size_t n);
+    void put(char c) { *room(1) = c, ++size_; }
+    void put(const char* text, size_t n);
+    void indent();
     void appendString(const char* value, size_t size);
     void appendNumber(double value);
     void appendInteger(int64_t value);
     void done() {
-        if (stack_.empty() || out_.size() >= kFlushSize) flush();
+        if (stack_.empty() || size_ >= kFlushSize) flush();
     }
 
     static constexpr size_t kFlushSize = 64 * 1024;
@@ -76,7 +86,9 @@ private:
     std::ostream& stream_;
     std::vector<Item> stack_;
     Options options_;
-    std::string out_;  // output not yet handed to the stream
+    std::unique_ptr<char[]> buffer_;  // output not yet handed to the stream
+    size_t size_ = 0;
+    size_t capacity_ = 0;
     bool plainNumbers_ = true;  // the stream formats numbers as the C locale does
 };
 

@@ -1,5 +1,6 @@
 #include "sorvane/archive/JsonImporter.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
@@ -21,57 +22,27 @@ inline bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                              1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// Converts a scanned number when the result is certain to match the correctly
-// rounded conversion: at most 2^53 as mantissa and a power of ten that is
-// exact, so one multiplication or division rounds once. Returns false when
-// the slow conversion has to decide.
-bool fastNumber(const char* p, const char* e, double& out) {
-    bool negative = false;
-    if (p < e && *p == '-') {
-        negative = true;
-        ++p;
-    }
-    uint64_t mantissa = 0;
-    int digits = 0;  // significant digits taken into the mantissa
-    int scale = 0;   // power of ten applied to the mantissa
-    bool any = false;
-    for (; p < e && isDigit(*p); ++p) {
+// A double holds every integer up to 2^53 exactly.
+constexpr uint64_t kExactMantissa = uint64_t(1) << 53;
+
+// Blank-free runs of digits, counted in 64 bits: more than 19 digits no
+// longer fit and leave the value to the slow conversion.
+struct Mantissa {
+    uint64_t value = 0;
+    int digits = 0;      // significant digits taken
+    bool exact = true;   // all significant digits taken
+    bool any = false;    // at least one digit seen
+    void add(char c) {
         any = true;
-        if (mantissa == 0 && *p == '0') continue;
-        if (++digits > 19) return false;
-        mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
-    }
-    if (p < e && *p == '.') {
-        for (++p; p < e && isDigit(*p); ++p) {
-            any = true;
-            --scale;
-            if (mantissa == 0 && *p == '0') continue;
-            if (++digits > 19) return false;
-            mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+        if (value == 0 && c == '0') return;
+        if (digits == 19) {
+            exact = false;
+            return;
         }
+        ++digits;
+        value = value * 10 + static_cast<uint64_t>(c - '0');
     }
-    if (!any) return false;
-    if (p < e) {  // exponent: the scanner guarantees 'e' or 'E' here
-        ++p;
-        bool negativeExponent = false;
-        if (p < e && (*p == '+' || *p == '-')) negativeExponent = *p++ == '-';
-        if (p == e) return false;
-        int exponent = 0;
-        for (; p < e; ++p) {
-            if (exponent > 10000) return false;
-            exponent = exponent * 10 + (*p - '0');
-        }
-        scale += negativeExponent ? -exponent : exponent;
-    }
-    if (mantissa > (uint64_t(1) << 53)) return false;
-    double value = static_cast<double>(mantissa);
-    if (mantissa != 0) {
-        if (scale < -22 || scale > 22) return false;
-        value = scale < 0 ? value / kPow10[-scale] : value * kPow10[scale];
-    }
-    out = negative ? -value : value;
-    return true;
-}
+};
 
 } // namespace
 
@@ -80,14 +51,48 @@ JsonImporter::JsonImporter(std::istream& stream) : stream_(stream) {
     dotDecimal_ = point != nullptr && point[0] == '.' && point[1] == 0;
 }
 
-int32_t JsonImporter::getLine() const { return line_; }
+int32_t JsonImporter::getLine() const {
+    countLines();
+    return line_;
+}
+
+void JsonImporter::countLines() const {
+    if (counted_ >= begin_) return;
+    const char* p = data_.get() + counted_;
+    const char* e = data_.get() + begin_;
+    size_t lines = 0;
+    // Eight bytes at a time: a byte of x is zero where a line feed was, and
+    // the high bit of each byte of y is set exactly for those bytes.
+    constexpr uint64_t kOnes = 0x0101010101010101ull;
+    constexpr uint64_t kLow = 0x7f7f7f7f7f7f7f7full;
+    for (; e - p >= 8; p += 8) {
+        uint64_t word;
+        std::memcpy(&word, p, 8);
+        uint64_t x = word ^ (kOnes * '\n');
+        uint64_t y = ~(((x & kLow) + kLow) | x | kLow);
+        lines += static_cast<size_t>(__builtin_popcountll(y));
+    }
+    for (; p < e; ++p) lines += *p == '\n';
+    // Wraps rather than overflows on an absurd number of lines.
+    line_ = static_cast<int32_t>(static_cast<uint32_t>(line_) + static_cast<uint32_t>(lines));
+    counted_ = begin_;
+}
+
+inline bool JsonImporter::take(char c) {
+    if (!avail() || data_[pos_] != c) return false;
+    ++pos_;
+    return true;
+}
 
 bool JsonImporter::fill() {
     if (eof_) return false;
     if (begin_ == end_) {
-        begin_ = pos_ = end_ = 0;
+        countLines();
+        begin_ = pos_ = end_ = counted_ = 0;
     } else if (begin_ > 0 && capacity_ - end_ < kMinRead) {
         // Move the uncommitted characters to the front; relative positions hold.
+        countLines();
+        counted_ = 0;
         std::memmove(data_.get(), data_.get() + begin_, end_ - begin_);
         pos_ -= begin_;
         end_ -= begin_;
@@ -119,7 +124,6 @@ char JsonImporter::next() {
     if (c == 0) return 0;
     ++begin_;
     if (pos_ < begin_) pos_ = begin_;
-    if (c == '\n') ++line_;
     return c;
 }
 
@@ -132,17 +136,17 @@ char JsonImporter::peek() {
 
 void JsonImporter::rollback() { pos_ = begin_; }
 
-void JsonImporter::flush() {
-    if (pos_ == begin_) return;
-    const char* p = data_.get() + begin_;
-    const char* e = data_.get() + pos_;
-    int32_t lines = 0;
-    for (; p < e; ++p) lines += *p == '\n';
-    line_ += lines;
-    begin_ = pos_;
+void JsonImporter::flush() { commit(); }
+
+inline void JsonImporter::skipBlanks() {
+    const char* base = data_.get();
+    size_t at = pos_;
+    while (at < end_ && isBlank(base[at])) ++at;
+    pos_ = at;
+    if (at == end_) skipBlanksSlow();
 }
 
-void JsonImporter::skipBlanks() {
+void JsonImporter::skipBlanksSlow() {
     while (avail()) {
         const char* p = data_.get() + pos_;
         const char* e = data_.get() + end_;
@@ -156,7 +160,7 @@ void JsonImporter::peekSpaces() { skipBlanks(); }
 
 void JsonImporter::skipSpaces() {
     skipBlanks();
-    flush();
+    commit();
 }
 
 bool JsonImporter::peekChar(char c) {
@@ -168,13 +172,13 @@ bool JsonImporter::peekChar(char c) {
 
 bool JsonImporter::nextChar(char c) {
     if (!peekChar(c)) return false;
-    flush();
+    commit();
     return true;
 }
 
 // ---- value layer ----
 
-bool JsonImporter::scanString(std::string& out) {
+inline bool JsonImporter::scanString(std::string& out) {
     size_t save = pos_ - begin_;
     skipBlanks();
     if (!avail() || data_[pos_] != '"') {
@@ -234,7 +238,7 @@ bool JsonImporter::scanString(std::string& out) {
     return false;
 }
 
-bool JsonImporter::scanInteger(int64_t& out) {
+inline bool JsonImporter::scanInteger(int64_t& out) {
     size_t save = pos_ - begin_;
     skipBlanks();
     if (!avail()) {
@@ -263,7 +267,122 @@ bool JsonImporter::scanInteger(int64_t& out) {
     return true;
 }
 
-bool JsonImporter::scanNumber(double& out) {
+// Converts the scanned text: exactly, without the C library, when the
+// mantissa fits in 53 bits and the power of ten is exact, since one
+// multiplication or division then rounds once, as a correct conversion does.
+inline bool JsonImporter::convertNumber(const char* text, const char* end, double& out) {
+    if (dotDecimal_) {
+        const char* p = text;
+        bool negative = *p == '-';
+        if (negative) ++p;
+        Mantissa m;
+        int scale = 0;
+        for (; p < end && isDigit(*p); ++p) {
+            m.add(*p);
+            if (!m.exact) break;
+        }
+        if (m.exact && p < end && *p == '.') {
+            for (++p; p < end && isDigit(*p); ++p) {
+                m.add(*p);
+                --scale;
+                if (!m.exact) break;
+            }
+        }
+        if (m.exact && m.any) {
+            bool ok = true;
+            if (p < end) {  // the exponent; the scanner left only e, a sign and digits
+                ++p;
+                bool negativeExponent = false;
+                if (p < end && (*p == '+' || *p == '-')) negativeExponent = *p++ == '-';
+                ok = p < end;
+                int exponent = 0;
+                for (; ok && p < end; ++p) {
+                    exponent = exponent * 10 + (*p - '0');
+                    ok = exponent < 100000;
+                }
+                scale += negativeExponent ? -exponent : exponent;
+            }
+            if (ok && m.value == 0) {
+                out = negative ? -0.0 : 0.0;
+                return true;
+            }
+            if (ok && m.value <= kExactMantissa && scale >= -22 && scale <= 22) {
+                double value = static_cast<double>(m.value);
+                value = scale < 0 ? value / kPow10[-scale] : value * kPow10[scale];
+                out = negative ? -value : value;
+                return true;
+            }
+        }
+    }
+    // The converter needs a terminated copy: it must not read beyond the
+    // scanned text (it would take hexadecimal or "inf" forms there).
+    digits_.assign(text, end);
+    char* stop = nullptr;
+    errno = 0;
+    double value = std::strtod(digits_.c_str(), &stop);
+    if (stop != digits_.c_str() + digits_.size() || errno == ERANGE) return false;
+    out = value;
+    return true;
+}
+
+inline bool JsonImporter::scanNumber(double& out) {
+    // Fast path: the number and the character after it are in the buffer;
+    // the grammar is checked and the digits gathered in one pass.
+    size_t save = pos_ - begin_;
+    skipBlanks();
+    const char* base = data_.get();
+    const char* p = base + pos_;
+    const char* e = base + end_;
+    const char* text = p;
+    bool negative = false;
+    if (p < e && *p == '-') {
+        negative = true;
+        ++p;
+    } else if (p == e || !isDigit(*p)) {
+        pos_ = begin_ + save;
+        return false;
+    }
+    uint64_t mantissa = 0;
+    const char* first = p;
+    while (p < e && isDigit(*p)) mantissa = mantissa * 10 + static_cast<uint64_t>(*p++ - '0');
+    size_t digits = static_cast<size_t>(p - first);
+    int scale = 0;
+    if (p < e && *p == '.') {
+        const char* fraction = ++p;
+        while (p < e && isDigit(*p)) mantissa = mantissa * 10 + static_cast<uint64_t>(*p++ - '0');
+        digits += static_cast<size_t>(p - fraction);
+        scale = -static_cast<int>(std::min<size_t>(static_cast<size_t>(p - fraction), 1000));
+    }
+    bool simple = true;  // no exponent
+    if (p < e && (*p == 'e' || *p == 'E')) {
+        simple = false;
+        ++p;
+        if (p < e && !(isDigit(*p) || *p == '+' || *p == '-')) {
+            pos_ = begin_ + save;
+            return false;
+        }
+        if (p < e) ++p;
+        while (p < e && isDigit(*p)) ++p;
+    }
+    if (p == e && !eof_) {
+        // The number may go on past the buffer.
+        pos_ = begin_ + save;
+        return scanNumberSlow(out);
+    }
+    // Up to 19 digits the mantissa is exact; see convertNumber.
+    if (simple && dotDecimal_ && digits > 0 && digits <= 19 && mantissa <= kExactMantissa && scale >= -22) {
+        double value = static_cast<double>(mantissa);
+        if (scale < 0) value /= kPow10[-scale];
+        out = negative ? -value : value;
+    } else if (!convertNumber(text, p, out)) {
+        pos_ = begin_ + save;
+        return false;
+    }
+    pos_ = static_cast<size_t>(p - base);
+    return true;
+}
+
+bool JsonImporter::scanNumberSlow(double& out) {
     size_t save = pos_ - begin_;
     skipBlanks();
     size_t start = pos_ - begin_;
@@ -295,24 +414,14 @@ bool JsonImporter::scanNumber(double& out) {
         ++pos_;
         digits();
     }
-    const char* text = data_.get() + begin_ + start;
-    const char* textEnd = data_.get() + pos_;
-    if (dotDecimal_ && fastNumber(text, textEnd, out)) return true;
-    // The converter needs a terminated copy: it must not read beyond the
-    // scanned text (it would take hexadecimal or "inf" forms there).
-    digits_.assign(text, textEnd);
-    char* stop = nullptr;
-    errno = 0;
-    double value = std::strtod(digits_.c_str(), &stop);
-    if (stop != digits_.c_str() + digits_.size() || errno == ERANGE) {
+    if (!convertNumber(data_.get() + begin_ + start, data_.get() + pos_, out)) {
         pos_ = begin_ + save;
         return false;
     }
-    out = value;
     return true;
 }
 
-bool JsonImporter::scanNull() {
+inline bool JsonImporter::scanNull() {
     size_t save = pos_ - begin_;
     skipBlanks();
     for (const char* p = "null"; *p; ++p) {
@@ -325,7 +434,7 @@ bool JsonImporter::scanNull() {
     return true;
 }
 
-bool JsonImporter::scanBoolean(bool& out) {
+inline bool JsonImporter::scanBoolean(bool& out) {
     size_t save = pos_ - begin_;
     skipBlanks();
     if (!avail()) {
@@ -344,7 +453,7 @@ bool JsonImporter::scanBoolean(bool& out) {
     return true;
 }
 
-bool JsonImporter::scanOpen(char c) {
+inline bool JsonImporter::scanOpen(char c) {
     size_t save = pos_ - begin_;
     skipBlanks();
     if (avail() && data_[pos_] == c) {
@@ -356,7 +465,7 @@ bool JsonImporter::scanOpen(char c) {
 }
 
 template <class T, class Scan>
-bool JsonImporter::scanList(std::vector<T>& out, Scan scan) {
+inline bool JsonImporter::scanList(std::vector<T>& out, Scan scan) {
     size_t save = pos_ - begin_;
     out.clear();
     if (!scanOpen('[')) return false;
@@ -387,7 +496,7 @@ bool JsonImporter::scanList(std::vector<T>& out, Scan scan) {
     return false;
 }
 
-bool JsonImporter::scanIntegerMap(IntegerMap& out) {
+inline bool JsonImporter::scanIntegerMap(IntegerMap& out) {
     size_t save = pos_ - begin_;
     out.clear();
     if (!scanOpen('{')) return false;
@@ -432,13 +541,13 @@ std::optional<std::string> JsonImporter::peekString() {
 std::optional<std::string> JsonImporter::nextString() {
     std::string value;
     if (!scanString(value)) return std::nullopt;
-    flush();
+    commit();
     return value;
 }
 
 bool JsonImporter::nextString(std::string& out) {
     if (!scanString(out)) return false;
-    flush();
+    commit();
     return true;
 }
 
@@ -446,7 +555,7 @@ bool JsonImporter::peekNull() { return scanNull(); }
 
 bool JsonImporter::nextNull() {
     if (!scanNull()) return false;
-    flush();
+    commit();
     return true;
 }
 
@@ -459,7 +568,7 @@ std::optional<bool> JsonImporter::peekBoolean() {
 std::optional<bool> JsonImporter::nextBoolean() {
     bool value = false;
     if (!scanBoolean(value)) return std::nullopt;
-    flush();
+    commit();
     return value;
 }
 
@@ -472,7 +581,7 @@ std::optional<int64_t> JsonImporter::peekInteger() {
 std::optional<int64_t> JsonImporter::nextInteger() {
     int64_t value = 0;
     if (!scanInteger(value)) return std::nullopt;
-    flush();
+    commit();
     return value;
 }
 
@@ -485,7 +594,7 @@ std::optional<double> JsonImporter::peekNumber() {
 std::optional<double> JsonImporter::nextNumber() {
     double value = 0;
     if (!scanNumber(value)) return std::nullopt;
-    flush();
+    commit();
     return value;
 }
 
@@ -503,7 +612,7 @@ std::optional<std::vector<std::string>> JsonImporter::nextStringList() {
 
 bool JsonImporter::nextStringList(std::vector<std::string>& out) {
     if (!scanList(out, [this](std::string& v) { return scanString(v); })) return false;
-    flush();
+    commit();
     return true;
 }
 
@@ -520,8 +629,9 @@ std::optional<std::vector<int64_t>> JsonImporter::nextIntegerList() {
 }
 
 bool JsonImporter::nextIntegerList(std::vector<int64_t>& out) {
-    if (!scanList(out, [this](int64_t& v) { return scanInteger(v); })) return false;
-    flush();
+    if (!scanList(integers_, [this](int64_t& v) { return scanInteger(v); })) return false;
+    commit();
+    out.assign(integers_.begin(), integers_.end());
     return true;
 }
 
@@ -538,8 +648,9 @@ std::optional<std::vector<double>> JsonImporter::nextNumberList() {
 }
 
 bool JsonImporter::nextNumberList(std::vector<double>& out) {
-    if (!scanList(out, [this](double& v) { return scanNumber(v); })) return false;
-    flush();
+    if (!scanList(numbers_, [this](double& v) { return scanNumber(v); })) return false;
+    commit();
+    out.assign(numbers_.begin(), numbers_.end());
     return true;
 }
 
@@ -552,7 +663,7 @@ std::optional<JsonImporter::IntegerMap> JsonImporter::peekIntegerMap() {
 std::optional<JsonImporter::IntegerMap> JsonImporter::nextIntegerMap() {
     IntegerMap map;
     if (!scanIntegerMap(map)) return std::nullopt;
-    flush();
+    commit();
     return map;
 }
 
@@ -567,7 +678,7 @@ std::optional<std::vector<JsonImporter::IntegerMap>> JsonImporter::peekIntegerMa
 
 std::optional<std::vector<JsonImporter::IntegerMap>> JsonImporter::nextIntegerMapList() {
     auto maps = peekIntegerMapList();
-    if (maps) flush();
+    if (maps) commit();
     return maps;
 }
 
@@ -579,14 +690,14 @@ bool JsonImporter::peekBeginArray() { return scanOpen('['); }
 
 bool JsonImporter::nextBeginObject() {
     if (!scanOpen('{')) return false;
-    flush();
+    commit();
     stack_.push_back(Item{0, true});
     return true;
 }
 
 bool JsonImporter::nextBeginArray() {
     if (!scanOpen('[')) return false;
-    flush();
+    commit();
     stack_.push_back(Item{1, true});
     return true;
 }
@@ -597,13 +708,20 @@ bool JsonImporter::nextObjectItem(std::string& key) {
     if (item.first) {
         item.first = false;
     } else {
-        skipSpaces();
-        if (!nextChar(',')) return false;
+        skipBlanks();
+        commit();
+        if (!take(',')) return false;
+        commit();
     }
-    skipSpaces();
-    if (!nextString(key)) return false;
-    skipSpaces();
-    return nextChar(':');
+    skipBlanks();
+    commit();
+    if (!scanString(key)) return false;
+    commit();
+    skipBlanks();
+    commit();
+    if (!take(':')) return false;
+    commit();
+    return true;
 }
 
 std::optional<std::string> JsonImporter::nextObjectItem() {
@@ -615,7 +733,8 @@ std::optional<std::string> JsonImporter::nextObjectItem() {
 bool JsonImporter::nextArrayItem() {
     if (stack_.empty() || stack_.back().type != 1) return false;
     Item& item = stack_.back();
-    skipSpaces();
+    skipBlanks();
+    commit();
     char c = avail() ? data_[pos_] : 0;
     if (c == ']') return false;
     if (item.first) {
@@ -624,22 +743,28 @@ bool JsonImporter::nextArrayItem() {
     }
     if (c != ',') return false;
     ++pos_;
-    flush();
+    commit();
     return true;
 }
 
 bool JsonImporter::nextEndObject() {
     if (stack_.empty() || stack_.back().type != 0) return false;
     stack_.pop_back();
-    skipSpaces();
-    return nextChar('}');
+    skipBlanks();
+    commit();
+    if (!take('}')) return false;
+    commit();
+    return true;
 }
 
 bool JsonImporter::nextEndArray() {
     if (stack_.empty() || stack_.back().type != 1) return false;
     stack_.pop_back();
-    skipSpaces();
-    return nextChar(']');
+    skipBlanks();
+    commit();
+    if (!take(']')) return false;
+    commit();
+    return true;
 }
 
 bool JsonImporter::skipContent(int64_t objects, int64_t arrays) {
@@ -654,48 +779,49 @@ bool JsonImporter::skipContent(int64_t objects, int64_t arrays) {
         case '[':
             ++openArrays;
             ++pos_;
-            flush();
+            commit();
             break;
         case '{':
             ++openObjects;
             ++pos_;
-            flush();
+            commit();
             break;
         case ']':
             if (openArrays == 0) {
-                rollback();
+                pos_ = begin_;
                 return true;
             }
             --openArrays;
             ++pos_;
-            flush();
+            commit();
             if (openObjects == 0 && openArrays == 0) return true;
             break;
         case '}':
             if (openObjects == 0) {
-                rollback();
+                pos_ = begin_;
                 return true;
             }
             --openObjects;
             ++pos_;
-            flush();
+            commit();
             if (openObjects == 0 && openArrays == 0) return true;
             break;
         case '"':
-            rollback();
-            if (!nextString(key_)) return false;
+            pos_ = begin_;
+            if (!scanString(key_)) return false;
+            commit();
             break;
         case ',':
             if (openObjects == 0 && openArrays == 0) {
-                rollback();
+                pos_ = begin_;
                 return true;
             }
             ++pos_;
-            flush();
+            commit();
             break;
         default:
             ++pos_;
-            flush();
+            commit();
             break;
         }
     }

@@ -88,13 +88,20 @@ private:
     // The cursor works on one contiguous buffer: [begin_, end_) holds the
     // characters read and not yet committed, pos_ is the look-ahead.
     // Positions kept across a refill are taken relative to begin_, because a
-    // refill may move the uncommitted characters to the front.
+    // refill may move the uncommitted characters to the front. Line feeds
+    // are counted lazily up to begin_ (counted_ marks how far).
     bool fill();
     bool avail() { return pos_ < end_ || fill(); }
+    void countLines() const;
+    void commit() { begin_ = pos_; }
+    bool take(char c);
     void skipBlanks();
+    void skipBlanksSlow();
     bool scanString(std::string& out);
     bool scanInteger(int64_t& out);
     bool scanNumber(double& out);
+    bool scanNumberSlow(double& out);
+    bool convertNumber(const char* text, const char* end, double& out);
     bool scanNull();
     bool scanBoolean(bool& out);
     bool scanOpen(char c);
@@ -108,12 +115,17 @@ private:
     size_t begin_ = 0;
     size_t pos_ = 0;
     size_t end_ = 0;
-    int32_t line_ = 1;
+    mutable size_t counted_ = 0;
+    mutable int32_t line_ = 1;
     bool eof_ = false;
     bool dotDecimal_ = true;  // the C locale writes numbers with '.'
     std::vector<Item> stack_;
     std::string key_;      // scratch for skipped strings and map keys
     std::string digits_;   // scratch for the slow number conversion
+    // Lists are gathered here and handed over in one piece, so a fresh
+    // vector of the caller's is allocated once at its final size.
+    std::vector<int64_t> integers_;
+    std::vector<double> numbers_;
 };
 
 } // namespace sorvane::archive

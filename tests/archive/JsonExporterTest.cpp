@@ -303,3 +303,26 @@ TEST(JsonExporter, DebugLinesGoToStandardOutput) {
               "endObject(level=1, indent=1, first=0)\n");
     EXPECT_EQ(stream.str(), "{\n  \"a\": []\n}");
 }
+
+TEST(JsonExporter, LongStringsAndSmallStreams) {
+    // A string longer than the output buffer, escapes on both sides of the
+    // buffer's pieces, read back whole.
+    std::string value;
+    for (int i = 0; i < 100000; ++i) value += (i % 1000 == 999) ? "\"\n" : "ab";
+    std::ostringstream stream;
+    {
+        JsonExporter out(stream);
+        out.beginArray();
+        for (int i = 0; i < 3; ++i) {
+            out.addArrayItem();
+            out.addString(value);
+        }
+        out.endArray();
+    }
+    std::istringstream text(stream.str());
+    JsonImporter in(text);
+    auto strings = in.nextStringList();  // blanks and line feeds between items are fine
+    ASSERT_TRUE(strings);
+    EXPECT_EQ(*strings, std::vector<std::string>(3, value));
+    EXPECT_EQ(in.getLine(), 5);
+}
