@@ -225,20 +225,40 @@ Node* Tensor::convertScalarType(ScalarType t) const {
 
 namespace {
 
+// Nested lists, the innermost on one line each. Iterative, so that a tensor
+// of very many dimensions cannot exhaust the stack.
 void writeTensor(archive::JsonExporter& exporter, ScalarType type, const unsigned char* data,
-                 const std::vector<long>& sizes, size_t dim, long element) {
-    if (dim + 1 == sizes.size()) {
-        detail::writeValueLine(exporter, type, data, sizes[dim]);
+                 const std::vector<long>& sizes, long element) {
+    const size_t last = sizes.size() - 1;
+    if (last == 0) {
+        detail::writeValueLine(exporter, type, data, sizes[0]);
         return;
     }
-    long inner = 1;
-    for (size_t d = dim + 1; d < sizes.size(); ++d) inner *= sizes[d];
+    std::vector<long> inner(sizes.size(), 1);
+    for (size_t d = last; d-- > 0;) inner[d] = inner[d + 1] * sizes[d + 1];
+    std::vector<long> index(last, 0);
+    std::vector<long> base(last, 0);
+    size_t dim = 0;
     exporter.beginArray();
-    for (long i = 0; i < sizes[dim]; ++i) {
-        exporter.addArrayItem();
-        writeTensor(exporter, type, data + i * inner * element, sizes, dim + 1, element);
+    for (;;) {
+        if (index[dim] < sizes[dim]) {
+            const long start = base[dim] + index[dim] * inner[dim];
+            ++index[dim];
+            exporter.addArrayItem();
+            if (dim + 1 == last) {
+                detail::writeValueLine(exporter, type, data + start * element, sizes[last]);
+            } else {
+                ++dim;
+                base[dim] = start;
+                index[dim] = 0;
+                exporter.beginArray();
+            }
+        } else {
+            exporter.endArray();
+            if (dim == 0) break;
+            --dim;
+        }
     }
-    exporter.endArray();
 }
 
 } // namespace
@@ -252,7 +272,10 @@ void Tensor::toJson(archive::JsonExporter& exporter) const {
         return;
     }
     detail::checkWritableType(type);
-    writeTensor(exporter, type, static_cast<const unsigned char*>(buffer), sizes, 0, getScalarSize(type));
+    // Deeper nesting than a read accepts would be text that cannot come back
+    // (and its indentation grows with the square of the depth).
+    if (getTensorDim() > kMaxJsonDepth) SORVANE_THROW("Tensor dimension %ld is too deep to write", getTensorDim());
+    writeTensor(exporter, type, static_cast<const unsigned char*>(buffer), sizes, getScalarSize(type));
 }
 
 } // namespace sorvane::datatree

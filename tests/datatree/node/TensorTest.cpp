@@ -155,6 +155,16 @@ TEST(TensorTest, ConvertAndJson) {
 
     EXPECT_EQ(iota({2, 3}).toJsonString(), "[\n  [0, 1, 2],\n  [3, 4, 5]\n]");
     EXPECT_EQ(iota({3}).toJsonString(), "[0, 1, 2]");
+    EXPECT_EQ(iota({2, 0, 3}).toJsonString(), "[\n  [],\n  []\n]");
+    EXPECT_EQ(iota({1, 2, 1, 2}).toJsonString(),
+              "[\n  [\n    [\n      [0, 1]\n    ],\n    [\n      [2, 3]\n    ]\n  ]\n]");
+    // As deep as a read accepts, and no deeper.
+    const std::string deep = iota(std::vector<long>(512, 1)).toJsonString();
+    std::istringstream deepStream(deep);
+    archive::JsonImporter deepReader(deepStream);
+    EXPECT_TRUE(DataTree::createFromJson(deepReader).isList());
+    EXPECT_THROW_TEXT(iota(std::vector<long>(513, 1)).toJsonString(), RuntimeException,
+                      "Tensor dimension 513 is too deep to write");
     EXPECT_EQ(DataTree::createTensor(std::vector<long>{}, ScalarType::Float).toJsonString(), "[]");
     DataTree empty = DataTree::createTensor(ScalarType::Float);
     std::free(empty.releaseBuffer());
