@@ -7,6 +7,7 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 
@@ -25,6 +26,8 @@ AppModes::AppModes() {
     addCategory("Animation");
     addMode("stream-dump", createStreamDumpMode);
     addMode("stream-make", createStreamMakeMode);
+    addCategory("DataTree");
+    addMode("datatree-info", createDataTreeInfoMode);
 }
 
 } // namespace talvex_app

@@ -86,6 +86,24 @@ std::vector<T> array(const T* values, int64_t count) {
     return count > 0 ? std::vector<T>(values, values + count) : std::vector<T>();
 }
 
+// A block of values handed out under the value size protocol: unlike texts,
+// a capacity equal to the byte size is enough.
+struct Bytes {
+    const void* data;
+    int64_t size;
+};
+
+inline int32_t putValues(void* out, int64_t* outSize, const Bytes& bytes) {
+    if (!outSize) return fail("outSize is NULL");
+    if (*outSize < bytes.size) {
+        *outSize = bytes.size;
+        return -1;
+    }
+    if (!out) return fail("out is NULL");
+    if (bytes.size > 0) std::memcpy(out, bytes.data, static_cast<size_t>(bytes.size));
+    return 0;
+}
+
 // self->work(), no result.
 template <class T, class Work>
 int32_t call(const char* nullText, T* self, Work&& work) {
@@ -111,6 +129,16 @@ int32_t text(char* out, int64_t* outSize, const char* nullText, T* self, Work&& 
     std::string result;
     if (guard([&] { result = work(*self); }) != 0) return -1;
     return putText(out, outSize, result);
+}
+
+// A value block result: the work (returning Bytes) runs first, then outSize
+// and out are checked.
+template <class T, class Work>
+int32_t values(void* out, int64_t* outSize, const char* nullText, T* self, Work&& work) {
+    if (!self) return fail(nullText);
+    Bytes result{nullptr, 0};
+    if (guard([&] { result = work(*self); }) != 0) return -1;
+    return putValues(out, outSize, result);
 }
 
 // The _delete frame: runs the destructor outside any guard.

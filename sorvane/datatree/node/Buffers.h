@@ -1,0 +1,24 @@
+#ifndef SORVANE_DATATREE_NODE_BUFFERS_H
+#define SORVANE_DATATREE_NODE_BUFFERS_H
+
+// Internal: checked sizes and malloc blocks of arrays and tensors.
+
+#include <cstddef>
+#include <vector>
+
+#include "sorvane/datatree/ScalarType.h"
+
+namespace sorvane::datatree::detail {
+
+// count times the element size; "Invalid size %ld" when it cannot be held.
+size_t byteCount(long count, ScalarType type);
+// Product of the sizes (0 for none); "Invalid size %ld" for a negative size
+// or a product past 64 bits.
+long valueCount(const std::vector<long>& sizes);
+// malloc that raises std::bad_alloc instead of returning null.
+void* allocBytes(size_t bytes);
+void* allocZeroed(size_t bytes);
+
+} // namespace sorvane::datatree::detail
+
+#endif
