@@ -27,7 +27,10 @@ public:
         : Mode(parser),
           path(parser, "path", "DataTree JSON file", args::Options::Required),
           keepLists(parser, "keep-lists", "read lists of numbers as lists, not arrays", {"keep-lists"}),
-          items(parser, "count", "items shown per list or object (default 20)", {"items"}, 20) {}
+          items(parser, "count", "items shown per list or object (default 20)", {"items"}, 20) {
+        parser.Description("Prints the structure of a DataTree file: kinds, sizes, shapes and scalar types, "
+                           "never the numbers of arrays and tensors.");
+    }
 
     void execute() override {
         const std::string file = args::get(path);
