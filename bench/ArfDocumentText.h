@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "sorvane/arf/node/RootNode.h"
@@ -18,7 +19,7 @@ inline const std::string& documentText() {
         std::ostringstream json;
         json << "{\"preamble\": {\"signature\": \"MPEG-ARF-2025\", \"version\": \"1.0.0\", "
                 "\"authenticationFeatures\": [";
-        for (int i = 0; i < 2000; ++i)
+        for (int i = 0; i < 3000; ++i)
             json << (i ? ", " : "") << "{\"publicKey\": \"key-" << i
                  << "-0123456789abcdef0123456789abcdef\", \"facialFeature\": \"face\\tfeature " << i << "\"}";
         json << "], \"supportedAnimations\": {\"faceAnimations\": [\"urn:a\", \"urn:b\"], \"proprietaryAnimations\": [";
@@ -29,7 +30,7 @@ inline const std::string& documentText() {
         }
         json << "]}}, \"identity\": {\"name\": \"Bench\", \"id\": \"b-1\", \"age\": 33.25, \"gender\": \"x\"}, "
                 "\"structure\": {\"assets\": [";
-        for (int a = 0; a < 3000; ++a) {
+        for (int a = 0; a < 4200; ++a) {
             json << (a ? ", " : "") << "{\"lods\": [";
             for (int l = 0; l < 4; ++l) {
                 json << (l ? ", " : "") << "{";
@@ -52,7 +53,9 @@ inline const std::string& documentText() {
         std::istringstream in(json.str());
         sorvane::archive::JsonImporter importer(in);
         root->fromJson(importer);
-        return root->toJsonString();
+        std::string out = root->toJsonString();
+        if (out.size() < 10u * 1000u * 1000u) throw std::logic_error("benchmark document under 10 MB");
+        return out;
     }();
     return text;
 }

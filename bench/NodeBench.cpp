@@ -1,4 +1,4 @@
-// Reading an ARF document text of about 12 MB into the node tree and writing
+// Reading an ARF document text of about 12 MB (checked at start-up) into the node tree and writing
 // it back, against RapidJSON parsing the same text into its DOM and writing it
 // with its pretty writer, in the same run.
 #include <benchmark/benchmark.h>
