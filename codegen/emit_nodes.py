@@ -239,10 +239,13 @@ class NodeEmitter:
         # init
         o.append(f"void {N}::init({self.init_signature(record)}) {{")
         o.append("    incompleteInit();")
+        # The id comes first, whatever its place among the arguments.
+        for f in record.init_fields:
+            if f.type == "id":
+                o.append(f"    initRecordId({f.member}, parentList<{record.list_class}>(), {param_name(f)});")
         for f in record.init_fields:
             p = param_name(f)
             if f.type == "id":
-                o.append(f"    initRecordId({f.member}, parentList<{record.list_class}>(), {p});")
                 continue
             if f.presence == "required":
                 o.append(f"    if (!{p}) failMissing({cstr(f.key)});")

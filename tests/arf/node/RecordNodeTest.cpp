@@ -307,3 +307,13 @@ TEST(RecordNode, GenericObjectView) {
     EXPECT_EQ(messageOf([&] { root->getNodeInteger(); }), " is not an integer");
     EXPECT_EQ(messageOf([&] { preamble->getNodeItem(int64_t(0)); }), "preamble is not a list");
 }
+
+TEST(RecordNode, InitTakesTheIdBeforeTheOtherArguments) {
+    auto root = newRoot();
+    auto assets = root->getStructure()->getAssets();
+    assets->add("a", 1);
+    EXPECT_EQ(messageOf([&] { assets->add(static_cast<const char*>(nullptr), 1); }),
+              "Initialization of structure.assets[0]: id 1 is already used");
+    EXPECT_EQ(messageOf([&] { assets->add(static_cast<const char*>(nullptr), 2); }),
+              "Initialization of structure.assets[2]: name must be defined");
+}
