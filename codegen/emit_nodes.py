@@ -168,6 +168,11 @@ class NodeEmitter:
             o.append("    std::optional<std::string> getNodeIdRepr() const override;")
         o.append("    RecordFields getRecordFields() const override;")
         o.append("    void incompleteInit() override;")
+        if record.has_name:
+            name = record.field("name")
+            expr = "name_.value_or(std::string())" if name.optional else "name_"
+            o.append(f"    // The name lists go by; empty when the record has none.")
+            o.append(f"    std::string getItemName() const {{ return {expr}; }}")
         o.append(f"    void init({self.init_signature(record)});")
         for f in record.fields:
             o.append("")
@@ -250,11 +255,11 @@ class NodeEmitter:
             if f.presence == "required":
                 o.append(f"    if (!{p}) failMissing({cstr(f.key)});")
                 if f.type == "ref":
-                    o.append(f"    checkReference({target_const(f)}, {cstr(f.key)}, *{p});")
+                    o.append(f"    checkInitReference({target_const(f)}, *{p});")
                 o.append(f"    {self.assign_init(f)}")
             else:
                 if f.type == "ref":
-                    o.append(f"    if ({p}) checkReference({target_const(f)}, {cstr(f.key)}, *{p});")
+                    o.append(f"    if ({p}) checkInitReference({target_const(f)}, *{p});")
                 o.append(f"    if ({p}) {self.assign_init(f)}")
         o.append("}")
         for f in record.fields:
@@ -311,7 +316,9 @@ class NodeEmitter:
             o.append("}")
             o.append(f"void {N}::set{C}(const std::vector<{T}>& values) {{")
             if ref:
-                o.append(f"    for (int64_t id : values) checkReference({tgt}, {key}, id);")
+                # Every id is checked before the list is replaced.
+                o.append("    for (size_t i = 0; i < values.size(); ++i)")
+                o.append(f"        checkReferenceItem({tgt}, {key}, static_cast<int64_t>(i), values[i]);")
             o.append(f"    {m} = values;")
             o.append("}")
             o.append(f"bool {N}::has{C}Value(int64_t index) const {{")

@@ -134,6 +134,8 @@ class Record:
         if self.id_field and not self.has_list:
             raise SchemaError(f"{self.name}: an id needs a list")
         self.has_name = any(f.key == "name" and f.type == "string" for f in self.fields)
+        # A section of the root ("components"): the key reference targets name.
+        self.section = desc.get("section")
 
     @property
     def node_class(self):

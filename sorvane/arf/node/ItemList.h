@@ -37,7 +37,7 @@ public:
             names.reserve(this->items.size());
             for (size_t i = 0; i < this->items.size(); ++i) {
                 const auto& item = this->items[i];
-                names.push_back(item ? item->getName() : std::string(Record::kTypeName) + " " + std::to_string(i));
+                names.push_back(item ? item->getItemName() : std::string(Record::kTypeName) + " " + std::to_string(i));
             }
         }
         return names;
@@ -46,7 +46,7 @@ public:
     int64_t findNodeItemIndexByName(const std::string& name) const override {
         if constexpr (Record::kHasName) {
             for (size_t i = 0; i < this->items.size(); ++i)
-                if (this->items[i] && this->items[i]->getName() == name) return static_cast<int64_t>(i);
+                if (this->items[i] && this->items[i]->getItemName() == name) return static_cast<int64_t>(i);
         } else {
             (void)name;
         }
@@ -106,7 +106,7 @@ public:
 
     int64_t findNodeItemIdByName(const std::string& name) const override {
         for (const auto& item : this->items)
-            if (item && item->getName() == name) return item->getId();
+            if (item && item->getItemName() == name) return item->getId();
         return -1;
     }
 

@@ -201,6 +201,12 @@ void RecordNode::checkReferenceAdd(const ReferenceTarget& target, const char* ke
                       listPath.c_str());
 }
 
+void RecordNode::checkInitReference(const ReferenceTarget& target, int64_t id) const {
+    std::string listPath;
+    if (referenceList(target, listPath).findNodeItemIndexById(id) < 0)
+        SORVANE_THROW("id %ld does not exist in %s", static_cast<long>(id), listPath.c_str());
+}
+
 void RecordNode::initRecordId(int64_t& member, const IdItemListBase* list, const std::optional<int64_t>& id) {
     member = 0;
     if (!list) SORVANE_THROW("Initialization of %s: Internal error: no parent", getNodePath().c_str());

@@ -96,6 +96,8 @@ protected:
     void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
     void checkReferenceAdd(const ReferenceTarget& target, const char* key, int64_t id) const;
+    // A required reference given to init is resolved at once.
+    void checkInitReference(const ReferenceTarget& target, int64_t id) const;
 
     // The id rules of records in id-carrying lists. `list` is the parent
     // when it is the record's own list class, else null.
