@@ -29,7 +29,8 @@ def member_var(field):
 
 
 def descriptor(record, field):
-    return f"{record.name}{field.cap}"
+    # Underscored: "JointKey" + "Node" would be the node class's own name.
+    return f"{record.name}_{field.key}"
 
 
 class AccessorEmitter:

@@ -10,6 +10,7 @@
 #include "sorvane/arf/SectionProperty.h"
 #include "sorvane/arf/node/RootNode.h"
 #include "sorvane/arf/node/StorageMode.h"
+#include "sorvane/arf/property/Components.h"
 #include "sorvane/arf/property/Identity.h"
 #include "sorvane/arf/property/Preamble.h"
 #include "sorvane/arf/property/Structure.h"
@@ -40,6 +41,12 @@ struct SORVANE_API StructureSection {
     static void set(RootNode& r, const std::shared_ptr<StructureNode>& n) { r.setStructure(n); }
     static void init(StructureNode& n) { n.init(); }
 };
+struct SORVANE_API ComponentsSection {
+    static constexpr const char* kKey = "components";
+    static std::shared_ptr<ComponentsNode> get(const RootNode& r) { return r.getComponents(); }
+    static void set(RootNode& r, const std::shared_ptr<ComponentsNode>& n) { r.setComponents(n); }
+    static void init(ComponentsNode& n) { n.init(); }
+};
 } // namespace sections
 
 // The handle of one ARF document. Copies share the document; accessors taken
@@ -49,6 +56,7 @@ public:
     using Preamble = SectionProperty<::sorvane::arf::Preamble, sections::PreambleSection>;
     using Identity = SectionProperty<::sorvane::arf::Identity, sections::IdentitySection>;
     using Structure = SectionProperty<::sorvane::arf::Structure, sections::StructureSection>;
+    using Components = SectionProperty<::sorvane::arf::Components, sections::ComponentsSection>;
 
     // A document with no storage, in memory, not loaded.
     Arf();
@@ -95,6 +103,7 @@ public:
     Preamble preamble;
     Identity identity;
     Structure structure;
+    Components components;
 };
 
 } // namespace sorvane::arf

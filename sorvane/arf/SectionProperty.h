@@ -16,7 +16,7 @@ namespace sorvane::arf {
 template <class Acc, class Traits>
 class SORVANE_API SectionProperty : public Property {
 public:
-    using Node = typename Acc::Node;
+    using NodeType = typename Acc::NodeType;
 
     SectionProperty() = default;
     SectionProperty(const std::shared_ptr<RootNode>& root_, bool readOnly_) : Property(root_, readOnly_) {}
@@ -24,7 +24,7 @@ public:
     int64_t getPropertyIndex() const override { return -1; }
     std::string getPropertyName() const override { return Traits::kKey; }
     std::string getPropertyPath() const override { return Traits::kKey; }
-    const char* getPropertyTypeName() const override { return Node::kTypeName; }
+    const char* getPropertyTypeName() const override { return NodeType::kTypeName; }
     void outputRepresentation(std::ostream& out) const override { get().outputRepresentation(out); }
     bool isPropertyPresent() const { return true; }
 
@@ -43,12 +43,12 @@ public:
     }
 
 private:
-    std::shared_ptr<Node> section() const {
+    std::shared_ptr<NodeType> section() const {
         if (!root) failInvalidNode();
-        std::shared_ptr<Node> node = Traits::get(*root);
+        std::shared_ptr<NodeType> node = Traits::get(*root);
         if (node) return node;
         if (readOnly) SORVANE_THROW("Getting %s: Property does not exist", Traits::kKey);
-        node = std::make_shared<Node>(root);
+        node = std::make_shared<NodeType>(root);
         Traits::init(*node);
         Traits::set(*root, node);
         return node;

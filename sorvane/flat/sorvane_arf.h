@@ -44,6 +44,7 @@ SORVANE_API int32_t sorvane_arf_Arf_toJsonString(char* out, int64_t* outSize, so
 SORVANE_API int32_t sorvane_arf_Arf_getPreamble(sorvane_arf_Preamble** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getIdentity(sorvane_arf_Identity** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getStructure(sorvane_arf_Structure** out, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getComponents(sorvane_arf_Components** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self);
 
 /* Generic values (strings, integers, lists and flat objects of those). A

@@ -126,10 +126,10 @@ TEST(ArfFlat, ListsIdsAndArrays) {
     EXPECT_EQ(slot(), "pvalueCount is NULL");
     EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, nullptr, 2), -1);
     EXPECT_EQ(slot(), "values is NULL");
-    // No components in this document: a reference cannot be set.
+    // References are checked when they are set: there is no mesh 1.
     const int64_t ids[] = {1};
     EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, ids, 1), -1);
-    EXPECT_EQ(slotMessage(), "There is no components");
+    EXPECT_EQ(slotMessage(), "Setting item 0 of structure.assets[2].lods[1].meshes: Invalid id 1 in components.meshes");
 
     sorvane_arf_Lod_delete(lod);
     sorvane_arf_LodList_delete(lods);

@@ -62,6 +62,7 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::preamble_>("preamble"),
         recordField<&RootNode::identity_>("identity"),
         recordField<&RootNode::structure_>("structure"),
+        recordField<&RootNode::components_>("components"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
 }
@@ -71,9 +72,11 @@ void RootNode::incompleteInit() {
     preamble_ = std::make_shared<PreambleNode>(self);
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
+    components_ = std::make_shared<ComponentsNode>(self);
     preamble_->incompleteInit();
     identity_->incompleteInit();
     structure_->incompleteInit();
+    components_->incompleteInit();
 }
 
 void RootNode::init() {
@@ -81,9 +84,11 @@ void RootNode::init() {
     preamble_ = std::make_shared<PreambleNode>(self);
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
+    components_ = std::make_shared<ComponentsNode>(self);
     preamble_->init(nullptr, nullptr);
     identity_->init(nullptr, nullptr, std::nullopt, nullptr);
     structure_->init();
+    components_->init();
 }
 
 void RootNode::setPreamble(const std::shared_ptr<PreambleNode>& node) {
@@ -94,6 +99,11 @@ void RootNode::setPreamble(const std::shared_ptr<PreambleNode>& node) {
 void RootNode::setIdentity(const std::shared_ptr<IdentityNode>& node) {
     if (node) node->setNodeParent(shared_from_this());
     identity_ = node;
+}
+
+void RootNode::setComponents(const std::shared_ptr<ComponentsNode>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    components_ = node;
 }
 
 void RootNode::setStructure(const std::shared_ptr<StructureNode>& node) {

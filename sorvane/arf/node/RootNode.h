@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "sorvane/arf/node/ComponentsNode.h"
 #include "sorvane/arf/node/IdentityNode.h"
 #include "sorvane/arf/node/PreambleNode.h"
 #include "sorvane/arf/node/RecordNode.h"
@@ -83,9 +84,11 @@ public:
     const std::shared_ptr<PreambleNode>& getPreamble() const { return preamble_; }
     const std::shared_ptr<IdentityNode>& getIdentity() const { return identity_; }
     const std::shared_ptr<StructureNode>& getStructure() const { return structure_; }
+    const std::shared_ptr<ComponentsNode>& getComponents() const { return components_; }
     void setPreamble(const std::shared_ptr<PreambleNode>& node);
     void setIdentity(const std::shared_ptr<IdentityNode>& node);
     void setStructure(const std::shared_ptr<StructureNode>& node);
+    void setComponents(const std::shared_ptr<ComponentsNode>& node);
 
     static bool isSectionKey(const std::string& key);
 
@@ -101,6 +104,7 @@ private:
     std::shared_ptr<PreambleNode> preamble_;
     std::shared_ptr<IdentityNode> identity_;
     std::shared_ptr<StructureNode> structure_;
+    std::shared_ptr<ComponentsNode> components_;
 };
 
 } // namespace sorvane::arf

@@ -21,7 +21,7 @@ class ObjectItem;
 // "<noparent>". Values given to add and set are copied into the container.
 class SORVANE_API GenericProperty : public Property {
 public:
-    using Node = AbstractNode;
+    using NodeType = AbstractNode;
 
     GenericProperty();  // a detached null
     GenericProperty(int value);

@@ -16,9 +16,9 @@ namespace sorvane::arf {
 template <class ListNodeT, class ItemT>
 class SORVANE_API ListProperty : public Property {
 public:
-    using Node = ListNodeT;
+    using NodeType = ListNodeT;
     using Item = ItemT;
-    using RecordNode = typename ItemT::Node;
+    using RecordNodeType = typename ItemT::NodeType;
 
     ListProperty() = default;
     ListProperty(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<ListNodeT>& node_, bool readOnly_)

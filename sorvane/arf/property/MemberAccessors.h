@@ -155,7 +155,7 @@ public:
     ChildMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
 
-    const char* getPropertyTypeName() const override { return Acc::Node::kTypeName; }
+    const char* getPropertyTypeName() const override { return Acc::NodeType::kTypeName; }
 
     void outputRepresentation(std::ostream& out) const override {
         const auto& child = D::get(this->node());
@@ -186,13 +186,13 @@ public:
     using Base = MemberProperty<NodeT, D>;
     using Change = Property::Change;
     using Item = typename ListAcc::Item;
-    using ListNode = typename ListAcc::Node;
+    using ListNode = typename ListAcc::NodeType;
 
     ChildListMember() = default;
     ChildListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
 
-    const char* getPropertyTypeName() const override { return Item::Node::kListTypeName; }
+    const char* getPropertyTypeName() const override { return Item::NodeType::kListTypeName; }
 
     void outputRepresentation(std::ostream& out) const override {
         const auto& list = D::get(this->node());

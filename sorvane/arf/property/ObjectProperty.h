@@ -16,7 +16,7 @@ namespace sorvane::arf {
 template <class NodeT>
 class SORVANE_API ObjectProperty : public Property {
 public:
-    using Node = NodeT;
+    using NodeType = NodeT;
 
     int64_t getPropertyIndex() const override { return node().getNodeIndex(); }
     std::string getPropertyName() const override { return node().getNodeName(); }

@@ -31,6 +31,9 @@ TEST(RecordNode, FreshDocumentInExactOutputForm) {
               "  },\n"
               "  \"structure\": {\n"
               "    \"assets\": []\n"
+              "  },\n"
+              "  \"components\": {\n"
+              "    \"meshes\": []\n"
               "  }\n"
               "}");
 }
@@ -88,6 +91,9 @@ TEST(RecordNode, ReadBackByteForByte) {
         "        }\n"
         "      }\n"
         "    ]\n"
+        "  },\n"
+        "  \"components\": {\n"
+        "    \"meshes\": []\n"
         "  }\n"
         "}";
     auto root = readRoot(text);
@@ -250,10 +256,16 @@ TEST(RecordNode, ValueListsAndReferenceSetters) {
     EXPECT_EQ(messageOf([&] { lod->setMeshesValue(2, 1); }), "Setting item 2 of " + path + ".meshes: No list");
     EXPECT_EQ(messageOf([&] { lod->removeMeshesValue(1); }), "Removing item 1 of " + path + ".meshes: No list");
     EXPECT_EQ(messageOf([&] { lod->getMeshes(); }), "Getting " + path + ".meshes: No value");
-    // No components section in this document: references cannot be checked
-    // against anything and are refused.
+    // References are checked against the components when they are set.
+    EXPECT_EQ(messageOf([&] { lod->addMeshesValue(1); }),
+              "Adding item to " + path + ".meshes: Invalid id 1 in components.meshes");
+    EXPECT_EQ(messageOf([&] { lod->setSkins({1}); }), "There is no skins in components");
+    root->getComponents()->getMeshes()->add("m", 1);
+    lod->addMeshesValue(1);
+    EXPECT_EQ(lod->getMeshes(), std::vector<int64_t>{1});
+    lod->removeMeshesValue(0);
+    root->setComponents(nullptr);
     EXPECT_EQ(messageOf([&] { lod->addMeshesValue(1); }), "There is no components");
-    EXPECT_EQ(messageOf([&] { lod->setSkins({1}); }), "There is no components");
 
     // An empty list that is present is written; an absent one is not.
     lod->setMeshes({});
