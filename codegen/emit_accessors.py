@@ -8,7 +8,7 @@ from emit_nodes import cstr, guard
 from model import VALUE_KINDS
 
 # Names of the accessor's own members that a key must not shadow.
-RESERVED = {"node", "has", "root", "readOnly", "nodeRef", "get", "getNode", "owner"}
+RESERVED = {"node", "has", "propertyRoot", "propertyReadOnly", "nodeRef", "get", "getNode", "owner"}
 
 TYPE_NAMES = {"string": "string", "integer": "integer", "id": "integer", "ref": "integer",
               "number": "number", "boolean": "boolean"}
@@ -58,6 +58,11 @@ class AccessorEmitter:
     def member_type(self, record, f):
         N = record.node_class
         d = f"fields::{descriptor(record, f)}"
+        target = f.target_record(self.records) if f.is_reference else None
+        if target:
+            ns = "::" + target.namespace
+            kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
+            return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
             return f"ValueMember<{N}, {d}>"
         if f.is_list:
@@ -77,6 +82,8 @@ class AccessorEmitter:
         o = [f"struct SORVANE_API {descriptor(record, f)} {{"]
         o.append(f"    static constexpr const char* kKey = {cstr(f.key)};")
         o.append(f"    static constexpr bool kOptional = {'true' if f.optional else 'false'};")
+        if f.is_reference:
+            o.append(f"    static constexpr ReferenceTarget kTarget = {N}::k{C}Target;")
         if f.is_value:
             k = VALUE_KINDS[f.type]
             o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
@@ -109,6 +116,10 @@ class AccessorEmitter:
         for f in record.fields:
             if not self.supported(f):
                 continue
+            target = f.target_record(self.records) if f.is_reference else None
+            if target and target is not record:
+                inc.add(f"sorvane/{accessor_source(target)}.h")
+                inc.add(target.list_header)
             if f.type == "object":
                 inc.add(f"sorvane/{accessor_source(self.records[f.of])}.h")
             elif f.type == "list":

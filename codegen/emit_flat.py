@@ -95,7 +95,22 @@ class FlatEmitter:
         C = f.cap
         p = f"{handle(A)}_"
         fns = []
-        if f.is_value:
+        target = f.target_record(self.records) if f.is_reference else None
+        if f.type == "ref":
+            # The stored id through ...Index; the record itself when its list is known.
+            fns.append(Function(f"{p}get{C}Index", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<int64_t>(a.{m}.{'getIndex' if target else 'get'}()); }});"))
+            fns.append(Function(f"{p}set{C}Index", [h, "int64_t id"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(id); }});"))
+            if target:
+                T = handle(target.name)
+                item_null = cstr(lower_first(target.name) + " is NULL")
+                fns.append(Function(f"{p}get{C}", [f"{T}** out", h],
+                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
+                fns.append(Function(f"{p}set{C}", [h, f"{T}* item"],
+                                    f"if (self && !item) return flat::fail({item_null});\n    "
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(*item); }});"))
+        elif f.is_value:
             if f.type == "string":
                 fns.append(Function(f"{p}get{C}", ["char* out", "int64_t* outSize", h],
                                     f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return std::string(a.{m}.get()); }});"))
@@ -127,6 +142,13 @@ class FlatEmitter:
                 if f.type != "refs":
                     fns.append(Function(f"{p}add{C}Value", [h, f"{t} value"],
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(value); }});"))
+                if target:
+                    T = handle(target.name)
+                    fns.append(Function(f"{p}get{C}Item", [f"{T}** out", h, "int64_t index"],
+                                        f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getTargetPtr(index); }});"))
+                    fns.append(Function(f"{p}set{C}Item", [h, "int64_t index", f"{T}* item"],
+                                        f"if (self && !item) return flat::fail(\"item is NULL\");\n    "
+                                        f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.setTarget(index, *item); }});"))
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
                                     f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return a.{m}.get(); }});"))
                 fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],

@@ -107,6 +107,17 @@ class Field:
             return f"std::optional<{t}>"
         return t
 
+    def target_record(self, records):
+        """The record a reference points at, when the model holds its list."""
+        section, key = self.target_parts()
+        for r in records.values():
+            if section is None and r.root_list == key:
+                return r
+            if section is not None and r.section == section:
+                field = next((f for f in r.fields if f.key == key and f.type == "list"), None)
+                return records[field.of] if field else None
+        return None
+
     def target_parts(self):
         parts = self.target.split(".")
         if len(parts) == 1:
@@ -136,6 +147,8 @@ class Record:
         self.has_name = any(f.key == "name" and f.type == "string" for f in self.fields)
         # A section of the root ("components"): the key reference targets name.
         self.section = desc.get("section")
+        # A list at the root ("data"): the key reference targets name.
+        self.root_list = desc.get("rootList")
 
     @property
     def node_class(self):

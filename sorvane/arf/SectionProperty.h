@@ -28,7 +28,7 @@ public:
     void outputRepresentation(std::ostream& out) const override { get().outputRepresentation(out); }
     bool isPropertyPresent() const { return true; }
 
-    Acc get() const { return Acc(root, section(), readOnly); }
+    Acc get() const { return Acc(propertyRoot, section(), propertyReadOnly); }
     Acc* getPtr() const { return new Acc(get()); }
     operator Acc() const { return get(); }
     struct Arrow {
@@ -38,19 +38,19 @@ public:
     Arrow operator->() const { return Arrow{get()}; }
 
     bool has(const std::string& key) const {
-        if (!root || !Traits::get(*root)) return false;
+        if (!propertyRoot || !Traits::get(*propertyRoot)) return false;
         return get().has(key);
     }
 
 private:
     std::shared_ptr<NodeType> section() const {
-        if (!root) failInvalidNode();
-        std::shared_ptr<NodeType> node = Traits::get(*root);
+        if (!propertyRoot) failInvalidNode();
+        std::shared_ptr<NodeType> node = Traits::get(*propertyRoot);
         if (node) return node;
-        if (readOnly) SORVANE_THROW("Getting %s: Property does not exist", Traits::kKey);
-        node = std::make_shared<NodeType>(root);
+        if (propertyReadOnly) SORVANE_THROW("Getting %s: Property does not exist", Traits::kKey);
+        node = std::make_shared<NodeType>(propertyRoot);
         Traits::init(*node);
-        Traits::set(*root, node);
+        Traits::set(*propertyRoot, node);
         return node;
     }
 };

@@ -162,7 +162,7 @@ void RecordNode::failNoList(const char* operation, const char* key, int64_t inde
     SORVANE_THROW("%s item %ld of %s.%s: No list", operation, static_cast<long>(index), path.c_str(), key);
 }
 
-const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, std::string& listPath) const {
+AbstractNode::Ref RecordNode::findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const {
     // An accessor may outlive its document: a missing root reads as a
     // document without the section.
     std::shared_ptr<RootNode> rootNode = root.lock();
@@ -174,8 +174,19 @@ const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, s
     }
     AbstractNode::Ref list = holder->hasNodeItem(std::string(target.list)) ? holder->getNodeItem(std::string(target.list))
                                                                            : AbstractNode::Ref();
-    auto* ids = dynamic_cast<const IdItemListBase*>(list.get());
+    ids = dynamic_cast<const IdItemListBase*>(list.get());
     if (!ids) SORVANE_THROW("There is no %s in %s", target.list, holder->getNodePath().c_str());
+    return list;
+}
+
+AbstractNode::Ref RecordNode::getReferenceList(const ReferenceTarget& target) const {
+    const IdItemListBase* ids = nullptr;
+    return findReferenceList(target, ids);
+}
+
+const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, std::string& listPath) const {
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
     listPath = list->getNodePath();
     return *ids;
 }

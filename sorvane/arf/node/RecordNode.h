@@ -76,6 +76,10 @@ public:
 
     virtual RecordFields getRecordFields() const = 0;
 
+    // The list node a reference points into; fails with "There is no ..."
+    // when the document has none.
+    AbstractNode::Ref getReferenceList(const ReferenceTarget& target) const;
+
 protected:
     using AbstractNode::AbstractNode;
 
@@ -93,6 +97,7 @@ protected:
 
     // The list a reference points into; fails when the document has none.
     const IdItemListBase& referenceList(const ReferenceTarget& target, std::string& listPath) const;
+    AbstractNode::Ref findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
     void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
     void checkReferenceAdd(const ReferenceTarget& target, const char* key, int64_t id) const;

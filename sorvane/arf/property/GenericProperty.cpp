@@ -112,7 +112,7 @@ void GenericProperty::clear() { writableNode(Change::Clear).removeNodeItems(); }
 
 AbstractNode& GenericProperty::writableNode(Change change) const {
     AbstractNode& n = node();
-    if (readOnly) checkWritable(change, n.getNodePath());  // the path only when it is needed
+    if (propertyReadOnly) checkWritable(change, n.getNodePath());  // the path only when it is needed
     return n;
 }
 
@@ -120,24 +120,24 @@ bool GenericProperty::has(const std::string& key) const { return node().hasNodeI
 
 ObjectItem GenericProperty::get(const std::string& key) const {
     node();
-    return ObjectItem(root, nodeRef, key, readOnly);
+    return ObjectItem(propertyRoot, nodeRef, key, propertyReadOnly);
 }
 
 ObjectItem* GenericProperty::getPtr(const std::string& key) const { return new ObjectItem(get(key)); }
 
 GenericProperty* GenericProperty::getPropertyPtr(const std::string& key) const {
-    return new GenericProperty(root, node().getNodeItem(key), readOnly);
+    return new GenericProperty(propertyRoot, node().getNodeItem(key), propertyReadOnly);
 }
 
 void GenericProperty::set(const std::string& key, const GenericProperty& value) {
     AbstractNode& n = node();
     if (!n.isNodeObject()) SORVANE_THROW("%s is not an object", n.getNodePath().c_str());
-    if (readOnly) checkWritable(Change::Modify, n.getNodePath() + "[" + key + "]");
+    if (propertyReadOnly) checkWritable(Change::Modify, n.getNodePath() + "[" + key + "]");
     detail::storeInGenericObject(n, key, value.node());
 }
 
 GenericProperty GenericProperty::get(int64_t index) const {
-    return GenericProperty(root, node().getNodeItem(index), readOnly);
+    return GenericProperty(propertyRoot, node().getNodeItem(index), propertyReadOnly);
 }
 
 GenericProperty* GenericProperty::getPtr(int64_t index) const { return new GenericProperty(get(index)); }
@@ -179,19 +179,19 @@ void GenericProperty::removeProperty() {
 
 GenericProperty::Iterator::Iterator(const GenericProperty& container_,
                                     std::shared_ptr<const std::vector<std::string>> keys_, int64_t index_)
-    : root(container_.root),
+    : propertyRoot(container_.propertyRoot),
       container(container_.nodeRef),
       keys(std::move(keys_)),
       index(index_),
-      readOnly(container_.readOnly) {}
+      propertyReadOnly(container_.propertyReadOnly) {}
 
 GenericProperty GenericProperty::Iterator::operator*() const {
     // The keys are those of the time begin() was called.
     if (keys && (index < 0 || index >= static_cast<int64_t>(keys->size())))
         SORVANE_THROW("Getting item from %s: Invalid index %ld", container->getNodePath().c_str(),
                       static_cast<long>(index));
-    if (keys) return GenericProperty(root, container->getNodeItem((*keys)[static_cast<size_t>(index)]), readOnly);
-    return GenericProperty(root, container->getNodeItem(index), readOnly);
+    if (keys) return GenericProperty(propertyRoot, container->getNodeItem((*keys)[static_cast<size_t>(index)]), propertyReadOnly);
+    return GenericProperty(propertyRoot, container->getNodeItem(index), propertyReadOnly);
 }
 
 GenericProperty::Iterator& GenericProperty::Iterator::operator++() {

@@ -111,11 +111,11 @@ public:
         bool operator!=(const Iterator& other) const { return index != other.index; }
 
     private:
-        std::shared_ptr<RootNode> root;  // holds the document while iterating
+        std::shared_ptr<RootNode> propertyRoot;  // holds the document while iterating
         std::shared_ptr<AbstractNode> container;
         std::shared_ptr<const std::vector<std::string>> keys;  // object keys, sorted; null for a list
         int64_t index;
-        bool readOnly;
+        bool propertyReadOnly;
     };
     using ConstIterator = Iterator;
 

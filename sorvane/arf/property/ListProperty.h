@@ -38,7 +38,7 @@ public:
     int64_t findPropertyItemIndexByName(const std::string& name) const { return node().findNodeItemIndexByName(name); }
     std::vector<std::string> getPropertyItemNames() const { return node().getNodeItemNames(); }
 
-    Item getByIndex(int64_t index) const { return Item(root, node().getByIndex(index), readOnly); }
+    Item getByIndex(int64_t index) const { return Item(propertyRoot, node().getByIndex(index), propertyReadOnly); }
     Item* getPtrByIndex(int64_t index) const { return new Item(getByIndex(index)); }
     Item getByName(const std::string& name) const {
         int64_t index = node().findNodeItemIndexByName(name);
@@ -50,7 +50,7 @@ public:
     // Id forms, for lists whose records carry ids.
     bool has(int64_t id) const { return node().findNodeItemIndexById(id) >= 0; }
     int64_t find(const std::string& name) const { return node().findNodeItemIdByName(name); }
-    Item get(int64_t id) const { return Item(root, node().get(id), readOnly); }
+    Item get(int64_t id) const { return Item(propertyRoot, node().get(id), propertyReadOnly); }
     Item* getPtr(int64_t id) const { return new Item(get(id)); }
     Item operator[](int64_t id) const { return get(id); }
     void remove(int64_t id) {
@@ -71,7 +71,7 @@ public:
     Item add(A&&... args) {
         ListNodeT& n = node();
         checkWritable(Change::ListAdd, n.getNodePath());
-        return Item(root, n.add(std::forward<A>(args)...), false);
+        return Item(propertyRoot, n.add(std::forward<A>(args)...), false);
     }
     template <class... A>
     Item* addPtr(A&&... args) {

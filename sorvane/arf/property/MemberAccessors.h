@@ -144,6 +144,56 @@ public:
     }
 };
 
+// A reference to one record of another list (Node::Parent, Skin::Mesh): get()
+// follows it to the record's accessor Acc, getIndex() gives the stored id.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API ReferenceMember : public ValueMember<NodeT, D> {
+public:
+    using Base = ValueMember<NodeT, D>;
+
+    ReferenceMember() = default;
+    ReferenceMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    int64_t getIndex() const { return Base::get(); }
+
+    // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
+    Acc get() const {
+        const int64_t id = getIndex();
+        auto list = std::dynamic_pointer_cast<TargetList>(this->node().getReferenceList(D::kTarget));
+        if (!list) Property::failInvalidNode();
+        return Acc(this->propertyRoot, list->get(id), this->propertyReadOnly);
+    }
+    Acc* getPtr() const { return new Acc(get()); }
+
+    using Base::set;
+    void set(const Acc& target) { Base::set(target.getPropertyId()); }
+
+    bool operator==(int64_t id) const { return getIndex() == id; }
+    bool operator==(const Acc& target) const { return getIndex() == target.getPropertyId(); }
+};
+
+// A list of references (Mesh::Data, Node::Children): the ids as values, and
+// the records they name through getTarget.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API ReferenceListMember : public ValueListMember<NodeT, D> {
+public:
+    using Base = ValueListMember<NodeT, D>;
+
+    ReferenceListMember() = default;
+    ReferenceListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    Acc getTarget(int64_t index) const {
+        const int64_t id = Base::get(index);
+        auto list = std::dynamic_pointer_cast<TargetList>(this->node().getReferenceList(D::kTarget));
+        if (!list) Property::failInvalidNode();
+        return Acc(this->propertyRoot, list->get(id), this->propertyReadOnly);
+    }
+    Acc* getTargetPtr(int64_t index) const { return new Acc(getTarget(index)); }
+    void setTarget(int64_t index, const Acc& target) { Base::set(index, target.getPropertyId()); }
+};
+
 // A child record, viewed through its own object accessor Acc.
 template <class NodeT, class Acc, class D>
 class SORVANE_API ChildMember : public MemberProperty<NodeT, D> {
@@ -163,7 +213,7 @@ public:
         else out << "null";
     }
 
-    Acc get() const { return Acc(this->root, D::get(this->node()), this->readOnly); }
+    Acc get() const { return Acc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
     Acc* getPtr() const { return new Acc(get()); }
 
     struct Arrow {
@@ -200,7 +250,7 @@ public:
         else out << "null";
     }
 
-    ListAcc get() const { return ListAcc(this->root, D::get(this->node()), this->readOnly); }
+    ListAcc get() const { return ListAcc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
     ListAcc* getPtr() const { return new ListAcc(get()); }
 
     int64_t size() const {
@@ -281,11 +331,11 @@ public:
         NodeT& n = this->node();
         std::shared_ptr<ObjectNode> value = D::get(n);
         if (!value) {
-            if (this->readOnly) SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
+            if (this->propertyReadOnly) SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
             value = std::make_shared<ObjectNode>(this->owner);
             D::set(n, value);
         }
-        return Object(this->root, value, this->readOnly);
+        return Object(this->propertyRoot, value, this->propertyReadOnly);
     }
     Object* getPtr() const { return new Object(get()); }
 

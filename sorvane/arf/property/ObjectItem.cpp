@@ -41,20 +41,20 @@ bool ObjectItem::isPropertyPresent() const { return owner().hasNodeItem(key); }
 GenericProperty ObjectItem::getItem() const {
     AbstractNode& o = owner();
     if (!o.hasNodeItem(key)) SORVANE_THROW("%s[%s] doest not exist", o.getNodePath().c_str(), key.c_str());
-    return GenericProperty(root, o.getNodeItem(key), readOnly);
+    return GenericProperty(propertyRoot, o.getNodeItem(key), propertyReadOnly);
 }
 
 GenericProperty* ObjectItem::getItemPtr() const { return new GenericProperty(getItem()); }
 
 AbstractNode& ObjectItem::modifiableOwner() const {
     AbstractNode& o = owner();
-    if (readOnly) checkWritable(Change::Modify, o.getNodePath() + "[" + key + "]");  // path only when needed
+    if (propertyReadOnly) checkWritable(Change::Modify, o.getNodePath() + "[" + key + "]");  // path only when needed
     return o;
 }
 
 AbstractNode& ObjectItem::writableOwner(Change change) const {
     AbstractNode& o = owner();
-    if (readOnly) checkWritable(change, getPropertyPath());
+    if (propertyReadOnly) checkWritable(change, getPropertyPath());
     return o;
 }
 

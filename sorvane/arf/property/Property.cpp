@@ -9,7 +9,7 @@ namespace sorvane::arf {
 
 Property::Property() = default;
 
-Property::Property(const std::shared_ptr<RootNode>& root_, bool readOnly_) : root(root_), readOnly(readOnly_) {}
+Property::Property(const std::shared_ptr<RootNode>& root_, bool readOnly_) : propertyRoot(root_), propertyReadOnly(readOnly_) {}
 
 Property::~Property() = default;
 
@@ -22,7 +22,7 @@ std::string Property::buildRepresentation() const {
 void Property::failInvalidNode() { SORVANE_THROW("Invalid node"); }
 
 void Property::checkWritable(Change change, const std::string& path) const {
-    if (!readOnly) return;
+    if (!propertyReadOnly) return;
     const char* p = path.c_str();
     switch (change) {
     case Change::Set: SORVANE_THROW("Setting %s: Forbidden, read-only accessor", p);

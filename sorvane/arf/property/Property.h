@@ -41,8 +41,8 @@ public:
     virtual void outputRepresentation(std::ostream& out) const = 0;
     std::string buildRepresentation() const;
 
-    const std::shared_ptr<RootNode>& getPropertyRoot() const { return root; }
-    bool isPropertyReadOnly() const { return readOnly; }
+    const std::shared_ptr<RootNode>& getPropertyRoot() const { return propertyRoot; }
+    bool isPropertyReadOnly() const { return propertyReadOnly; }
 
 protected:
     Property();
@@ -52,8 +52,8 @@ protected:
     // Fails with the read-only message of the change when this accessor is read-only.
     void checkWritable(Change change, const std::string& path) const;
 
-    std::shared_ptr<RootNode> root;
-    bool readOnly = false;
+    std::shared_ptr<RootNode> propertyRoot;
+    bool propertyReadOnly = false;
 };
 
 } // namespace sorvane::arf
