@@ -109,3 +109,28 @@ TEST(Components, FlatReferenceForms) {
     sorvane_arf_Components_delete(components);
     sorvane_arf_Arf_delete(arf);
 }
+
+TEST(Components, AbsentOptionalThroughTheFlatInterface) {
+    sorvane_arf_Arf* arf = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_load(&arf, R"(memory:{"components": {"meshes": [{"name": "m", "id": 3}]}})", false), 0);
+    sorvane_arf_Components* components = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getComponents(&components, arf), 0);
+    sorvane_arf_MeshList* meshes = nullptr;
+    ASSERT_EQ(sorvane_arf_Components_getMeshes(&meshes, components), 0);
+    sorvane_arf_Mesh* mesh = nullptr;
+    ASSERT_EQ(sorvane_arf_MeshList_get(&mesh, meshes, 3), 0);
+    int64_t size = 0;
+    EXPECT_EQ(sorvane_arf_Mesh_getPath(nullptr, &size, mesh), -1);
+    const std::string slot = sorvane_errorMessage;
+    EXPECT_EQ(slot.substr(slot.find("(): ") + 4), "In components.meshes[3]: No path");
+    bool has = true;
+    EXPECT_EQ(sorvane_arf_Mesh_hasPath(&has, mesh), 0);
+    EXPECT_FALSE(has);
+    EXPECT_EQ(sorvane_arf_Mesh_removeProperty(mesh), 0);
+    EXPECT_EQ(sorvane_arf_Mesh_getName(nullptr, &size, mesh), -1);
+    EXPECT_NE(std::string(sorvane_errorMessage).find("Invalid node"), std::string::npos);
+    sorvane_arf_Mesh_delete(mesh);
+    sorvane_arf_MeshList_delete(meshes);
+    sorvane_arf_Components_delete(components);
+    sorvane_arf_Arf_delete(arf);
+}
