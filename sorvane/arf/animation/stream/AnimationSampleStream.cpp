@@ -68,31 +68,40 @@ void AnimationSampleStream::skipPadding() {
 }
 
 AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
+    std::unique_ptr<HeaderAnimationSample> header(new HeaderAnimationSample());
+    std::unique_ptr<UnitAnimationSample> sample;
+    if (!nextUnitSample(*header, sample)) return SamplePair(nullptr, nullptr);
+    return SamplePair(header.release(), sample.release());
+}
+
+bool AnimationSampleStream::nextUnitSample(HeaderAnimationSample& header, std::unique_ptr<UnitAnimationSample>& sample) {
     state = 0;
     errorMsg.clear();
     if (pendingPadding > 0) skipPadding();
     const int64_t start = readPos;
-    if (bitSize - readPos < 32) return fail(1, kNotEnoughData, start);
+    if (bitSize - readPos < 32) return fail(1, kNotEnoughData, start), false;
 
-    std::unique_ptr<HeaderAnimationSample> header(new HeaderAnimationSample());
     try {
-        header->decode(*this);
+        header.decode(*this);
     } catch (const AnimationSampleStreamException& e) {
-        return fail(e.code, e.what(), start);
+        return fail(e.code, e.what(), start), false;
     } catch (const std::exception& e) {
-        return fail(2, e.what(), start);
+        return fail(2, e.what(), start), false;
     }
     // A unit is decoded only once it has arrived whole.
-    if (header->getUnitLength() > (bitSize - readPos) / 8) return fail(1, kNotEnoughData, start);
+    if (header.getUnitLength() > (bitSize - readPos) / 8) return fail(1, kNotEnoughData, start), false;
 
-    std::unique_ptr<UnitAnimationSample> sample(makeSample(static_cast<unsigned long>(header->getUnitType())));
-    if (!sample) return fail(3, "Invalid unit type", start);
+    const auto type = static_cast<unsigned long>(header.getUnitType());
+    if (!sample || static_cast<unsigned long>(sample->type()) != type) {
+        sample.reset(makeSample(type));
+        if (!sample) return fail(3, "Invalid unit type", start), false;
+    }
     try {
         sample->decode(*this);
     } catch (const AnimationSampleStreamException& e) {
-        return fail(e.code, e.what(), start);
+        return fail(e.code, e.what(), start), false;
     } catch (const std::exception& e) {
-        return fail(2, e.what(), start);
+        return fail(2, e.what(), start), false;
     }
 
     // Skip up to extraBytePadding zero bytes; the first non-zero byte is left
@@ -103,7 +112,7 @@ AnimationSampleStream::SamplePair AnimationSampleStream::nextUnitSamplePtr() {
         skipPadding();
     }
     clearRead();
-    return SamplePair(header.release(), sample.release());
+    return true;
 }
 
 bool AnimationSampleStream::addUnitSample(HeaderAnimationSample* header, const UnitAnimationSample* sample) {

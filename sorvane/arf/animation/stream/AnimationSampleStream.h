@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -27,6 +28,11 @@ public:
 
     // The next whole unit, both owned by the caller, or two nulls (see state).
     SamplePair nextUnitSamplePtr();
+    // The same into the caller's objects, for a receiver that decodes every
+    // frame: the header is overwritten, and the sample is reused when it is
+    // of the unit's kind (its storage with it) or replaced otherwise. False
+    // with the state set when no whole unit is there.
+    bool nextUnitSample(HeaderAnimationSample& header, std::unique_ptr<UnitAnimationSample>& sample);
     // Appends one unit; sets unitType and unitLength of the header. On failure
     // the stream is left as it was and the result is false.
     bool addUnitSample(HeaderAnimationSample* header, const UnitAnimationSample* sample);
