@@ -63,6 +63,10 @@ int32_t sorvane_arf_Arf_getStructure(sorvane_arf_Structure** out, sorvane_arf_Ar
     return flat::get(out, kNull, self, [](Arf& arf) { return arf.structure.getPtr(); });
 }
 
+int32_t sorvane_arf_Arf_getData(sorvane_arf_DataList** out, sorvane_arf_Arf* self) {
+    return flat::get(out, kNull, self, [](Arf& arf) { return arf.data.getPtr(); });
+}
+
 int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self) {
     return flat::get(out, kNull, self,
                      [](Arf& arf) { return new sorvane::archive::FileProviderRef(arf.getFileProvider()); });

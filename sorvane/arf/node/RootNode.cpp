@@ -62,6 +62,7 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::preamble_>("preamble"),
         recordField<&RootNode::identity_>("identity"),
         recordField<&RootNode::structure_>("structure"),
+        recordField<&RootNode::data_>("data"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
 }
@@ -71,6 +72,7 @@ void RootNode::incompleteInit() {
     preamble_ = std::make_shared<PreambleNode>(self);
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
+    data_ = std::make_shared<DataNodes>(self);
     preamble_->incompleteInit();
     identity_->incompleteInit();
     structure_->incompleteInit();
@@ -81,6 +83,7 @@ void RootNode::init() {
     preamble_ = std::make_shared<PreambleNode>(self);
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
+    data_ = std::make_shared<DataNodes>(self);
     preamble_->init(nullptr, nullptr);
     identity_->init(nullptr, nullptr, std::nullopt, nullptr);
     structure_->init();
@@ -99,6 +102,11 @@ void RootNode::setIdentity(const std::shared_ptr<IdentityNode>& node) {
 void RootNode::setStructure(const std::shared_ptr<StructureNode>& node) {
     if (node) node->setNodeParent(shared_from_this());
     structure_ = node;
+}
+
+void RootNode::setData(const std::shared_ptr<DataNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    data_ = node;
 }
 
 void RootNode::__load() {

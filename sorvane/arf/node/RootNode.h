@@ -12,6 +12,7 @@
 #include "sorvane/arf/node/RecordNode.h"
 #include "sorvane/arf/node/StorageMode.h"
 #include "sorvane/arf/node/StructureNode.h"
+#include "sorvane/arf/node/data/DataNodes.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -86,6 +87,8 @@ public:
     void setPreamble(const std::shared_ptr<PreambleNode>& node);
     void setIdentity(const std::shared_ptr<IdentityNode>& node);
     void setStructure(const std::shared_ptr<StructureNode>& node);
+    const std::shared_ptr<DataNodes>& getData() const { return data_; }
+    void setData(const std::shared_ptr<DataNodes>& node);
 
     static bool isSectionKey(const std::string& key);
 
@@ -101,6 +104,7 @@ private:
     std::shared_ptr<PreambleNode> preamble_;
     std::shared_ptr<IdentityNode> identity_;
     std::shared_ptr<StructureNode> structure_;
+    std::shared_ptr<DataNodes> data_;
 };
 
 } // namespace sorvane::arf

@@ -31,7 +31,8 @@ TEST(RecordNode, FreshDocumentInExactOutputForm) {
               "  },\n"
               "  \"structure\": {\n"
               "    \"assets\": []\n"
-              "  }\n"
+              "  },\n"
+              "  \"data\": []\n"
               "}");
 }
 
@@ -88,7 +89,8 @@ TEST(RecordNode, ReadBackByteForByte) {
         "        }\n"
         "      }\n"
         "    ]\n"
-        "  }\n"
+        "  },\n"
+        "  \"data\": []\n"
         "}";
     auto root = readRoot(text);
     EXPECT_EQ(root->toJsonString(), text);
