@@ -15,6 +15,7 @@ public:
 
 private:
     args::Positional<std::string> path;
+    args::Flag values;
 };
 
 } // namespace talvex_app
