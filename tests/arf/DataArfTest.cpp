@@ -315,4 +315,9 @@ TEST(DataItems, PayloadUrisStayInsideTheDocument) {
     EXPECT_NE(messageOf([&] { list[3].getString(); }).find("leaves the document's folder"), std::string::npos);
     EXPECT_NE(messageOf([&] { list[4].getString(); }).find("is absolute"), std::string::npos);
     EXPECT_EQ(list[5].getString(), "fine");
+    Arf writable = Arf::create("doc/b.arf");
+    EXPECT_EQ(messageOf([&] { writable.data.addContent("x", 1, false, "text/plain", "../y.bin"); }),
+              "Adding item to data:\nuri '../y.bin' leaves the document's folder");
+    EXPECT_EQ(messageOf([&] { writable.data.addContent("x", 1, false, "text/plain", "/y.bin"); }), "uri '/y.bin' is absolute");
+    EXPECT_EQ(writable.data.addContent("x", 1, false, "text/plain", "sub/y.bin").getString(), "x");
 }

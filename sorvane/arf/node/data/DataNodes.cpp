@@ -34,6 +34,18 @@ void putPositions(std::vector<uint8_t>& out, const std::vector<int64_t>& positio
     }
 }
 
+// A ".." component anywhere in a relative uri.
+bool leavesFolder(const std::string& uri) {
+    size_t start = 0;
+    while (start <= uri.size()) {
+        size_t end = uri.find_first_of("/\\", start);
+        if (end == std::string::npos) end = uri.size();
+        if (end - start == 2 && uri.compare(start, 2, "..") == 0) return true;
+        start = end + 1;
+    }
+    return false;
+}
+
 } // namespace
 
 DataNodes::DataNodes(const NodeParent& parent_) : IdItemList<DataNode>(parent_) {}
@@ -78,6 +90,8 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
         if (mode != MULTIPLE_FILES && mode != SINGLE_FILE && mode != MEMORY_ONLY)
             SORVANE_THROW("Adding item to %s:\nInvalid storage mode", path.c_str());
         if (!root->getFileProvider()) SORVANE_THROW("Adding item to %s:\nNo file provider", path.c_str());
+        if (uri && leavesFolder(uri))
+            SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
         itemUri = root->findFreeFileName(uri, name, *id, extension);
         root->getFileProvider()->create(itemUri, content, size);
         if (root->getKeepRawData() && mode != MEMORY_ONLY) {
