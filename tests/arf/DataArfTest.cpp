@@ -321,3 +321,55 @@ TEST(DataItems, PayloadUrisStayInsideTheDocument) {
     EXPECT_EQ(messageOf([&] { writable.data.addContent("x", 1, false, "text/plain", "/y.bin"); }), "uri '/y.bin' is absolute");
     EXPECT_EQ(writable.data.addContent("x", 1, false, "text/plain", "sub/y.bin").getString(), "x");
 }
+
+TEST(DataItems, CompactColumnsOfAMatrix) {
+    Arf arf = Arf::create("memory:");
+    const float m[6] = {0, 2, 1, 3, 0, 0};
+    for (bool sparse : {false, true}) {
+        SCOPED_TRACE(sparse ? "sparse" : "dense");
+        Data item = sparse ? arf.data.addSparseFromDense(m, 6, DATA_DTYPE_FLOAT, {2, 3})
+                           : arf.data.addDense(m, 24, DATA_DTYPE_FLOAT, {2, 3});
+        auto [values, columns] = item.getColSparseTensor(0, 8, false);
+        EXPECT_EQ(values.getTensorSizes(), (std::vector<long>{2, 2}));
+        EXPECT_EQ(valuesOf<float>(values), (std::vector<float>{2, 1, 3, 0}));
+        EXPECT_EQ(valuesOf<int64_t>(columns), (std::vector<int64_t>{1, 2, 0, 0}));
+        // Clamped to one column, normalized.
+        auto one = item.getColSparseTensor(0, 1, true);
+        EXPECT_EQ(valuesOf<float>(one.first), (std::vector<float>{1, 1}));
+        EXPECT_EQ(valuesOf<int64_t>(one.second), (std::vector<int64_t>{1, 0}));
+    }
+    const float quarter[2] = {0.25f, 0.25f};
+    auto half = arf.data.addDense(quarter, 8, DATA_DTYPE_FLOAT, {1, 2}).getColSparseTensor(0, 4, true);
+    EXPECT_EQ(valuesOf<float>(half.first), (std::vector<float>{0.5f, 0.5f}));
+    const uint8_t ints[2] = {3, 1};
+    auto truncated = arf.data.addDense(ints, 2, DATA_DTYPE_UNSIGNED_BYTE, {1, 2}).getColSparseTensor(0, 4, true);
+    EXPECT_EQ(valuesOf<uint8_t>(truncated.first), (std::vector<uint8_t>{0, 0}));
+    // Equal values keep the first column first.
+    const float ties[4] = {1, 5, 5, 2};
+    auto tied = arf.data.addDense(ties, 16, DATA_DTYPE_FLOAT, {1, 4}).getColSparseTensor(0, 2, false);
+    EXPECT_EQ(valuesOf<int64_t>(tied.second), (std::vector<int64_t>{1, 2}));
+
+    Data vector = arf.data.addDense(m, 24, DATA_DTYPE_FLOAT, {6});
+    std::vector<long> sizes;
+    DataDType dtype = DATA_DTYPE_NONE;
+    long k = 0;
+    EXPECT_NE(messageOf([&] { vector.getColSparseTensorData(sizes, dtype, nullptr, 0, nullptr, 0, &k, false); })
+                  .find("Only works for matrices"),
+              std::string::npos);
+    EXPECT_NE(messageOf([&] { vector.getColSparseTensorData(sizes, dtype, nullptr, 0, nullptr, 0, nullptr, false); })
+                  .find("pColSize is NULL"),
+              std::string::npos);
+    Data matrix = arf.data.addDense(m, 24, DATA_DTYPE_FLOAT, {2, 3});
+    k = 2;
+    long idx[4];
+    float val[4];
+    EXPECT_NE(messageOf([&] { matrix.getColSparseTensorData(sizes, dtype, idx, 16, val, 16, &k, false); })
+                  .find("indices buffer is too small"),
+              std::string::npos);
+    EXPECT_NE(messageOf([&] { matrix.getColSparseTensorData(sizes, dtype, idx, 32, val, 8, &k, false); })
+                  .find("values buffer is too small"),
+              std::string::npos);
+    Data text = arf.data.addContent("x", 1, false, "text/plain");
+    EXPECT_EQ(messageOf([&] { text.getColSparseTensor(0, 4, false); }),
+              "Getting tensor from data[" + std::to_string(text.id.get()) + "]:\nUnsupported type 'text/plain'");
+}

@@ -1,6 +1,7 @@
 #include "sorvane/arf/node/data/DataContent.h"
 
 #include <cstring>
+#include <unordered_map>
 
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/base64.h"
@@ -40,6 +41,109 @@ std::shared_ptr<RootNode> rootOf(const DataNode& node) {
     auto root = node.getNodeRoot().lock();
     if (!root) SORVANE_THROW("Getting data from %s:\nNo document", node.getNodePath().c_str());
     return root;
+}
+
+// Keeps the K largest non-zero values of one row, sorted by descending value;
+// of equal values the one seen first stays first.
+template <class T>
+void keepLargest(T* rowValues, long* rowColumns, long k, T value, long column) {
+    long fill = 0;
+    while (fill < k && rowValues[fill] != T(0)) ++fill;
+    long at = 0;
+    while (at < fill && !(rowValues[at] < value)) ++at;
+    if (at >= k) return;
+    const long last = fill < k ? fill : k - 1;
+    for (long j = last; j > at; --j) {
+        rowValues[j] = rowValues[j - 1];
+        rowColumns[j] = rowColumns[j - 1];
+    }
+    rowValues[at] = value;
+    rowColumns[at] = column;
+}
+
+template <class T>
+void normalizeRows(T* values, long rows, long k) {
+    for (long r = 0; r < rows; ++r) {
+        T* row = values + r * k;
+        float sum = 0.0f;
+        for (long j = 0; j < k; ++j) sum += static_cast<float>(row[j]);
+        if (static_cast<double>(sum) > 1e-5) {
+            const float scale = 1.0f / sum;
+            for (long j = 0; j < k; ++j) row[j] = static_cast<T>(static_cast<float>(row[j]) * scale);
+        }
+    }
+}
+
+// One pass over the pairs (row, column, value) of a dense or sparse payload.
+template <class T, class Visit>
+void visitNonZero(bool dense, const uint8_t* block, long rows, long cols, long count, DataIType itype,
+                  Visit&& visit) {
+    if (dense) {
+        for (long r = 0; r < rows; ++r)
+            for (long c = 0; c < cols; ++c) {
+                T v;
+                std::memcpy(&v, block + (r * cols + c) * static_cast<long>(sizeof(T)), sizeof v);
+                if (v != T(0)) visit(r, c, v);
+            }
+        return;
+    }
+    const long indexSize = getDataITypeSize(itype);
+    const uint8_t* values = block + count * indexSize;
+    for (long i = 0; i < count; ++i) {
+        long index = 0;
+        const uint8_t* p = block + i * indexSize;
+        switch (itype) {
+        case DATA_ITYPE_BYTE: index = static_cast<int8_t>(*p); break;
+        case DATA_ITYPE_UNSIGNED_BYTE: index = *p; break;
+        case DATA_ITYPE_SHORT: { int16_t x; std::memcpy(&x, p, 2); index = x; break; }
+        case DATA_ITYPE_UNSIGNED_SHORT: { uint16_t x; std::memcpy(&x, p, 2); index = x; break; }
+        default: { uint32_t x; std::memcpy(&x, p, 4); index = static_cast<long>(x); break; }
+        }
+        if (index < 0 || cols == 0 || index / cols >= rows) SORVANE_THROW("Invalid index %ld", index);
+        T v;
+        std::memcpy(&v, values + i * static_cast<long>(sizeof(T)), sizeof v);
+        if (v != T(0)) visit(index / cols, index % cols, v);
+    }
+}
+
+template <class T>
+void colSparse(bool dense, const uint8_t* block, long rows, long cols, long count, DataIType itype, long* indices,
+               long indicesSize, void* valuesOut, long valuesSize, long* pColSize, bool normalize) {
+    if (!indices || !valuesOut) {
+        // Measuring: the largest count of non-zero values in one row. A dense
+        // matrix is visited row by row; sparse pairs may come in any order.
+        long best = 0;
+        if (dense) {
+            long row = -1, n = 0;
+            visitNonZero<T>(dense, block, rows, cols, count, itype, [&](long r, long, T) {
+                if (r != row) {
+                    row = r;
+                    n = 0;
+                }
+                if (++n > best) best = n;
+            });
+        } else {
+            std::unordered_map<long, long> perRow;
+            visitNonZero<T>(dense, block, rows, cols, count, itype, [&](long r, long, T) {
+                const long n = ++perRow[r];
+                if (n > best) best = n;
+            });
+        }
+        *pColSize = best;
+        return;
+    }
+    const long k = *pColSize;
+    long cells = 0;
+    if (k < 0 || __builtin_mul_overflow(rows, k, &cells)) SORVANE_THROW("Invalid column count %ld", k);
+    if (indicesSize / 8 < cells) SORVANE_THROW("indices buffer is too small");
+    if (valuesSize / static_cast<long>(sizeof(T)) < cells) SORVANE_THROW("values buffer is too small");
+    T* values = static_cast<T*>(valuesOut);
+    std::memset(indices, 0, static_cast<size_t>(cells) * 8);
+    std::memset(values, 0, static_cast<size_t>(cells) * sizeof(T));
+    if (k == 0) return;
+    visitNonZero<T>(dense, block, rows, cols, count, itype,
+                    [&](long r, long c, T v) { keepLargest(values + r * k, indices + r * k, k, v, c); });
+    if (normalize) normalizeRows(values, rows, k);
 }
 
 } // namespace
@@ -197,6 +301,84 @@ DataTree DataContent::getTensor(const DataNode& node) {
     } catch (const std::exception& e) {
         SORVANE_THROW("Getting dense tensor from %s:\n%s", node.getNodePath().c_str(), e.what());
     }
+}
+
+void DataContent::getColSparseTensorData(const DataNode& node, std::vector<long>& sizes, DataDType& dtype,
+                                         long* indices, long indicesSize, void* values, long valuesSize,
+                                         long* pColSize, bool normalize) {
+    const std::string& type = node.getType();
+    const bool dense = type == kDenseMimeType;
+    if (!dense && type != kSparseMimeType)
+        SORVANE_THROW("Getting tensor from %s:\nUnsupported type '%s'", node.getNodePath().c_str(), type.c_str());
+    try {
+        if (!pColSize) SORVANE_THROW("pColSize is NULL");
+        BitBuffer buffer = getBitBuffer(node);
+        long count = 0;
+        DataIType itype = DATA_ITYPE_NONE;
+        long blockSize = 0;
+        if (dense) {
+            blockSize = dense_decodeHeader(sizes, dtype, buffer);
+        } else {
+            DataNode__decodeSparseHeader(sizes, count, dtype, itype, buffer);
+            if (count > (buffer.bitsLeft() / 8) / (getDataITypeSize(itype) + getDataDTypeSize(dtype)))
+                SORVANE_THROW("Error reading values");
+            blockSize = count * (getDataITypeSize(itype) + getDataDTypeSize(dtype));
+        }
+        if (sizes.size() != 2) SORVANE_THROW("Only works for matrices");
+        const uint8_t* block = buffer.readBlock(blockSize);
+        if (!block) SORVANE_THROW(dense ? "Content buffer is too small" : "Error reading values");
+        const long rows = sizes[0], cols = sizes[1];
+        switch (dtype) {
+        case DATA_DTYPE_BYTE:
+            colSparse<int8_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                              pColSize, normalize);
+            break;
+        case DATA_DTYPE_UNSIGNED_BYTE:
+            colSparse<uint8_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                               pColSize, normalize);
+            break;
+        case DATA_DTYPE_SHORT:
+            colSparse<int16_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                               pColSize, normalize);
+            break;
+        case DATA_DTYPE_UNSIGNED_SHORT:
+            colSparse<uint16_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                                pColSize, normalize);
+            break;
+        case DATA_DTYPE_UNSIGNED_INT:
+            colSparse<uint32_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                                pColSize, normalize);
+            break;
+        default:
+            colSparse<float>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+                             pColSize, normalize);
+            break;
+        }
+    } catch (const std::exception& e) {
+        SORVANE_THROW("Getting dense tensor from %s:\n%s", node.getNodePath().c_str(), e.what());
+    }
+}
+
+std::pair<DataTree, DataTree> DataContent::getColSparseTensor(const DataNode& node, long minCols, long maxCols,
+                                                              bool normalize) {
+    std::vector<long> sizes;
+    DataDType dtype = DATA_DTYPE_NONE;
+    long k = 0;
+    getColSparseTensorData(node, sizes, dtype, nullptr, 0, nullptr, 0, &k, normalize);
+    if (k < minCols) k = minCols;
+    if (k > maxCols) k = maxCols;
+    if (k < 0) k = 0;
+    sizes[1] = k;
+    DataTree indices = DataTree::createTensor(sizes, ScalarType::Integer64);
+    DataTree values = DataTree::createTensor(sizes, dataDType2ScalarType(dtype));
+    getColSparseTensorData(node, sizes, dtype, static_cast<long*>(indices.getBuffer()), indices.getBufferSize(),
+                           values.getBuffer(), values.getBufferSize(), &k, normalize);
+    return {values, indices};
+}
+
+std::pair<DataTree, DataTree>* DataContent::getColSparseTensorPtr(const DataNode& node, long minCols, long maxCols,
+                                                                  bool normalize) {
+    return new std::pair<DataTree, DataTree>(getColSparseTensor(node, minCols, maxCols, normalize));
 }
 
 DataTree* DataContent::getTensorPtr(const DataNode& node) { return new DataTree(getTensor(node)); }

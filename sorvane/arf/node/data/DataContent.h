@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sorvane/archive/BitBuffer.h"
@@ -36,6 +37,19 @@ public:
                                  int64_t size);
     static DataTree getTensor(const DataNode& node);
     static DataTree* getTensorPtr(const DataNode& node);
+
+    // The compact form of a [rows, cols] matrix, typically of vertex weights:
+    // for each row its K largest values and their columns, K being
+    // *pColSize. With a null indices or values buffer only K is measured: the
+    // largest count of non-zero values in a row.
+    static void getColSparseTensorData(const DataNode& node, std::vector<long>& sizes, DataDType& dtype,
+                                       long* indices, long indicesSize, void* values, long valuesSize,
+                                       long* pColSize, bool normalize);
+    // The pair (values, column indices), K clamped to [minCols, maxCols].
+    static std::pair<DataTree, DataTree> getColSparseTensor(const DataNode& node, long minCols, long maxCols,
+                                                            bool normalize);
+    static std::pair<DataTree, DataTree>* getColSparseTensorPtr(const DataNode& node, long minCols, long maxCols,
+                                                                bool normalize);
 
     // A whole payload of the given media type as a tensor; used by the reads
     // above and by anything that holds payload bytes of its own.

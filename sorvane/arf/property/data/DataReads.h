@@ -23,6 +23,17 @@ public:
     }
     DataTree getTensor() const { return DataContent::getTensor(node()); }
     DataTree* getTensorPtr() const { return DataContent::getTensorPtr(node()); }
+    void getColSparseTensorData(std::vector<long>& sizes, DataDType& dtype, long* indices, long indicesSize,
+                                void* values, long valuesSize, long* pColSize, bool normalize) const {
+        DataContent::getColSparseTensorData(node(), sizes, dtype, indices, indicesSize, values, valuesSize, pColSize,
+                                            normalize);
+    }
+    std::pair<DataTree, DataTree> getColSparseTensor(long minCols, long maxCols, bool normalize) const {
+        return DataContent::getColSparseTensor(node(), minCols, maxCols, normalize);
+    }
+    std::pair<DataTree, DataTree>* getColSparseTensorPtr(long minCols, long maxCols, bool normalize) const {
+        return DataContent::getColSparseTensorPtr(node(), minCols, maxCols, normalize);
+    }
 
 protected:
     DataReads() = default;
