@@ -1,6 +1,7 @@
 // Arbitrary bytes read as a dense and as a sparse payload: straight through
 // the decoders, and as a data item of a memory document, both through the
-// tensor read and the two-pass read into a buffer of the announced size.
+// tensor read, the compact column read and the two-pass read into a buffer
+// of the announced size.
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
@@ -21,6 +22,10 @@ constexpr int64_t kMaxOutput = 1 << 24;
 void readItem(const Data& item) {
     try {
         item.getTensor();
+    } catch (const sorvane::RuntimeException&) {
+    }
+    try {
+        item.getColSparseTensor(0, 64, true);
     } catch (const sorvane::RuntimeException&) {
     }
     try {

@@ -368,6 +368,15 @@ std::pair<DataTree, DataTree> DataContent::getColSparseTensor(const DataNode& no
     if (k < minCols) k = minCols;
     if (k > maxCols) k = maxCols;
     if (k < 0) k = 0;
+    // The compact form of a sparse payload can be far larger than the
+    // payload; it is held to the same bound as a full sparse tensor.
+    long cells = 0, bytes = 0;
+    const int64_t payload = getDataSize(node);
+    if (__builtin_mul_overflow(sizes[0], k, &cells) ||
+        __builtin_mul_overflow(cells, 8 + getDataDTypeSize(dtype), &bytes) ||
+        (bytes > kSparseExpansionSlack && bytes / kMaxSparseExpansion > payload))
+        SORVANE_THROW("Getting tensor from %s:\nCompact tensor is too large for a payload of %ld bytes",
+                      node.getNodePath().c_str(), static_cast<long>(payload));
     sizes[1] = k;
     DataTree indices = DataTree::createTensor(sizes, ScalarType::Integer64);
     DataTree values = DataTree::createTensor(sizes, dataDType2ScalarType(dtype));
