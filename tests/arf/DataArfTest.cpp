@@ -9,6 +9,7 @@
 #include <iterator>
 #include <vector>
 
+#include "sorvane/archive/DiskFileProvider.h"
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/archive/Zip.h"
 #include "sorvane/arf/Arf.h"
@@ -372,4 +373,29 @@ TEST(DataItems, CompactColumnsOfAMatrix) {
     Data text = arf.data.addContent("x", 1, false, "text/plain");
     EXPECT_EQ(messageOf([&] { text.getColSparseTensor(0, 4, false); }),
               "Getting tensor from data[" + std::to_string(text.id.get()) + "]:\nUnsupported type 'text/plain'");
+}
+
+TEST(DataItems, RangesOfEveryStore) {
+    ScratchDir scratch;
+    const std::string text = "0123456789";
+    auto check = [&](archive::FileProvider& p) {
+        char out[4] = {};
+        p.getRange(out, 3, "r.bin", 4);
+        EXPECT_EQ(std::string(out, 3), "456");
+        p.getRange(out, 0, "r.bin", 10);
+        EXPECT_EQ(messageOf([&] { p.getRange(out, 3, "r.bin", 8); }).rfind("Invalid range for '", 0), 0u);
+        EXPECT_EQ(messageOf([&] { p.getRange(out, 1, "r.bin", -1); }).rfind("Invalid range for '", 0), 0u);
+    };
+    archive::MemoryFileProvider memory;
+    memory.create("r.bin", text.data(), 10);
+    check(memory);
+    archive::DiskFileProvider disk(".");
+    disk.create("r.bin", text.data(), 10);
+    check(disk);
+    {
+        auto zip = archive::Zip::createShared("r.zip");
+        zip->create("r.bin", text.data(), 10);
+        check(*zip);  // not written yet
+    }
+    check(*archive::Zip::openShared("r.zip"));
 }
