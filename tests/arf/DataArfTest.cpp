@@ -307,7 +307,9 @@ TEST(DataItems, PayloadUrisStayInsideTheDocument) {
         {"type": "application/octet-stream", "uri": "/etc/passwd", "name": "", "id": 2},
         {"type": "application/octet-stream", "uri": "sub/../../secret.bin", "name": "", "id": 3},
         {"type": "application/octet-stream", "uri": "C:\\x.bin", "name": "", "id": 4},
-        {"type": "application/octet-stream", "uri": "ok..bin", "name": "", "id": 5}]})";
+        {"type": "application/octet-stream", "uri": "ok..bin", "name": "", "id": 5},
+        {"type": "application/mpeg.arf.dense", "uri": "ok..bin", "byteLength": 1000000000000000, "name": "", "id": 6},
+        {"type": "application/octet-stream", "uri": "ok..bin", "offset": 9, "name": "", "id": 7}]})";
     std::ofstream("doc/ok..bin") << "fine";
     Arf arf = Arf::load("doc/a.arf", true);  // loading checks only the JSON
     auto list = arf.data.get();
@@ -316,6 +318,12 @@ TEST(DataItems, PayloadUrisStayInsideTheDocument) {
     EXPECT_NE(messageOf([&] { list[3].getString(); }).find("leaves the document's folder"), std::string::npos);
     EXPECT_NE(messageOf([&] { list[4].getString(); }).find("is absolute"), std::string::npos);
     EXPECT_EQ(list[5].getString(), "fine");
+    // Stored lengths and offsets are checked against the file before anything is allocated.
+    EXPECT_EQ(list[6].getDataSize(), 1000000000000000);
+    EXPECT_EQ(messageOf([&] { list[6].getString(); }),
+              "Getting data from data[6]:\nbyteLength 1000000000000000 does not fit the 4 bytes of 'ok..bin' at offset 0");
+    EXPECT_NE(messageOf([&] { list[6].getTensor(); }).find("does not fit"), std::string::npos);
+    EXPECT_EQ(messageOf([&] { list[7].getString(); }), "Getting data from data[7]:\nInvalid offset 9");
     Arf writable = Arf::create("doc/b.arf");
     EXPECT_EQ(messageOf([&] { writable.data.addContent("x", 1, false, "text/plain", "../y.bin"); }),
               "Adding item to data:\nuri '../y.bin' leaves the document's folder");

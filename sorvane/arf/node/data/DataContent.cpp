@@ -37,6 +37,23 @@ void checkRelativeUri(const DataNode& node, const std::string& uri) {
     }
 }
 
+// The bytes of an item in a store: its "byteLength" at its "offset", or the
+// rest of the file; checked against the store so that a hostile length
+// allocates nothing.
+int64_t storedLength(const DataNode& node, const archive::FileProvider& provider, const std::string& uri,
+                     int64_t offset) {
+    const int64_t total = provider.getData(nullptr, 0, uri, 0);
+    if (offset < 0 || offset > total)
+        SORVANE_THROW("Getting data from %s:\nInvalid offset %ld", node.getNodePath().c_str(), static_cast<long>(offset));
+    if (!node.hasByteLength()) return total - offset;
+    const int64_t length = node.getByteLength();
+    if (length < 0 || length > total - offset)
+        SORVANE_THROW("Getting data from %s:\nbyteLength %ld does not fit the %ld bytes of '%s' at offset %ld",
+                      node.getNodePath().c_str(), static_cast<long>(length), static_cast<long>(total), uri.c_str(),
+                      static_cast<long>(offset));
+    return length;
+}
+
 std::shared_ptr<RootNode> rootOf(const DataNode& node) {
     auto root = node.getNodeRoot().lock();
     if (!root) SORVANE_THROW("Getting data from %s:\nNo document", node.getNodePath().c_str());
@@ -176,7 +193,7 @@ int64_t DataContent::getData(const DataNode& node, void* out, int64_t size) {
         const auto& provider = root->getFileProvider();
         if (!provider) SORVANE_THROW("Getting data from %s:\nNo file provider", node.getNodePath().c_str());
         const int64_t offset = node.hasOffset() ? node.getOffset() : 0;
-        const int64_t bytes = node.hasByteLength() ? node.getByteLength() : provider->getData(nullptr, 0, uri, offset);
+        const int64_t bytes = storedLength(node, *provider, uri, offset);
         if (!out) return bytes;
         if (size < bytes) SORVANE_THROW("out is too small");
         provider->getRange(out, bytes, uri, offset);
@@ -194,14 +211,15 @@ int64_t DataContent::getData(const DataNode& node, void* out, int64_t size) {
 }
 
 std::string DataContent::getString(const DataNode& node) {
-    std::string text(static_cast<size_t>(getDataSize(node)), '\0');
+    // Sized by the checked read, not by the stored length alone.
+    std::string text(static_cast<size_t>(getData(node, nullptr, 0)), '\0');
     if (!text.empty()) text.resize(static_cast<size_t>(getData(node, &text[0], static_cast<int64_t>(text.size()))));
     return text;
 }
 
 BitBuffer DataContent::getBitBuffer(const DataNode& node) {
     BitBuffer buffer;
-    const int64_t size = getDataSize(node);
+    const int64_t size = getData(node, nullptr, 0);
     if (size > 0) {
         uint8_t* block = buffer.writeBlock(static_cast<long>(size));
         getData(node, block, size);
@@ -227,8 +245,7 @@ int64_t DataContent::getTensorData(const DataNode& node, std::vector<long>& size
                 checkRelativeUri(node, uri);
                 const auto& provider = root->getFileProvider();
                 const int64_t offset = node.hasOffset() ? node.getOffset() : 0;
-                const int64_t length =
-                    node.hasByteLength() ? node.getByteLength() : provider->getData(nullptr, 0, uri, offset);
+                const int64_t length = storedLength(node, *provider, uri, offset);
                 uint8_t head[8 + 4 * kMaxPayloadDims];
                 const int64_t headSize = length < static_cast<int64_t>(sizeof head) ? length : sizeof head;
                 if (headSize > 0) provider->getRange(head, headSize, uri, offset);
