@@ -37,6 +37,7 @@ echo "== talvex make-example: an avatar with dense and sparse payloads in each s
 "$talvex" make-example "$work/example.arfz"
 "$talvex" list "$work/example.arfz"
 "$talvex" info --values "$work/example.arfz"
+"$talvex" make-example memory:
 echo "-- carried across: main JSON file (with a shared raw data file) -> archive -> main JSON file"
 "$talvex" convert "$work/example/avatar.arf.json" "$work/converted.arfz"
 "$talvex" info --values "$work/converted.arfz"

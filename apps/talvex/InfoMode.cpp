@@ -33,6 +33,40 @@ InfoMode::InfoMode(args::ArgumentParser& parser_)
                         "ARF document.");
 }
 
+void printDataItems(std::ostream& out, const sorvane::arf::Arf& arf, bool values) {
+    using namespace sorvane::arf;
+    auto data = arf.data.get();
+    out << "data:         " << data.size() << " item(s)\n";
+    for (const Data& item : data) {
+        const std::string type = item.type.get();
+        const std::string uri = item.uri.get();
+        out << "  data " << item.id.get() << " \"" << item.name.get() << "\": " << type << ", "
+            << (uri.rfind("data:", 0) == 0 ? std::string("embedded") : "in " + uri);
+        if (item.offset.isPropertyPresent() && item.offset.get() != 0) out << " at " << item.offset.get();
+        try {
+            out << ", " << item.getDataSize() << " bytes";
+            if (type == kDenseMimeType || type == kSparseMimeType) {
+                std::vector<long> sizes;
+                DataDType dtype = DATA_DTYPE_NONE;
+                item.getTensorData(sizes, dtype, nullptr, 0);
+                out << ", " << (type == kDenseMimeType ? "dense " : "sparse ") << dtype << " [";
+                for (size_t i = 0; i < sizes.size(); ++i) out << (i ? ", " : "") << sizes[i];
+                out << "]";
+                if (values) {
+                    sorvane::DataTree tensor = item.getTensor();
+                    const long n = tensor.getValueCount();
+                    out << " =";
+                    for (long i = 0; i < n && i < 8; ++i) out << " " << valueAt(tensor, i);
+                    if (n > 8) out << " ...";
+                }
+            }
+        } catch (const std::exception& e) {
+            out << ", unreadable: " << e.what();
+        }
+        out << "\n";
+    }
+}
+
 void InfoMode::execute() {
     using namespace sorvane::arf;
     Arf arf = Arf::load(args::get(path), true);
@@ -76,36 +110,7 @@ void InfoMode::execute() {
         }
     }
 
-    auto data = arf.data.get();
-    out << "data:         " << data.size() << " item(s)\n";
-    for (const Data& item : data) {
-        const std::string type = item.type.get();
-        const std::string uri = item.uri.get();
-        out << "  data " << item.id.get() << " \"" << item.name.get() << "\": " << type << ", "
-            << (uri.rfind("data:", 0) == 0 ? std::string("embedded") : "in " + uri);
-        if (item.offset.isPropertyPresent() && item.offset.get() != 0) out << " at " << item.offset.get();
-        try {
-            out << ", " << item.getDataSize() << " bytes";
-            if (type == kDenseMimeType || type == kSparseMimeType) {
-                std::vector<long> sizes;
-                DataDType dtype = DATA_DTYPE_NONE;
-                item.getTensorData(sizes, dtype, nullptr, 0);
-                out << ", " << (type == kDenseMimeType ? "dense " : "sparse ") << dtype << " [";
-                for (size_t i = 0; i < sizes.size(); ++i) out << (i ? ", " : "") << sizes[i];
-                out << "]";
-                if (args::get(values)) {
-                    sorvane::DataTree tensor = item.getTensor();
-                    const long n = tensor.getValueCount();
-                    out << " =";
-                    for (long i = 0; i < n && i < 8; ++i) out << " " << valueAt(tensor, i);
-                    if (n > 8) out << " ...";
-                }
-            }
-        } catch (const std::exception& e) {
-            out << ", unreadable: " << e.what();
-        }
-        out << "\n";
-    }
+    printDataItems(out, arf, args::get(values));
 }
 
 } // namespace talvex_app
