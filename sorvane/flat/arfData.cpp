@@ -1,3 +1,4 @@
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -51,6 +52,19 @@ int32_t sorvane_arf_Data_getTensorData(int64_t* out, int32_t* pdtype, int64_t* d
         *pdimCount = static_cast<int64_t>(sizes.size());
         for (size_t i = 0; dims && i < sizes.size() && static_cast<int64_t>(i) < dimsCapacity; ++i) dims[i] = sizes[i];
         return bytes;
+    });
+}
+
+int32_t sorvane_arf_Data_getColSparseTensorPtr(DataTree** values, DataTree** indices, sorvane_arf_Data* self,
+                                               int64_t minCols, int64_t maxCols, bool normalize) {
+    if (!self) return flat::fail(kData);
+    if (!values) return flat::fail("values is NULL");
+    if (!indices) return flat::fail("indices is NULL");
+    return flat::guard([&] {
+        auto pair = self->getColSparseTensor(minCols, maxCols, normalize);
+        auto v = std::make_unique<DataTree>(pair.first);
+        *indices = new DataTree(pair.second);
+        *values = v.release();
     });
 }
 

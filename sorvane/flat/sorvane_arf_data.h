@@ -34,6 +34,12 @@ SORVANE_API int32_t sorvane_arf_Data_getTensorPtr(DataTree** out, sorvane_arf_Da
 SORVANE_API int32_t sorvane_arf_Data_getTensorData(int64_t* out, int32_t* pdtype, int64_t* dims, int64_t dimsCapacity,
                                                    int64_t* pdimCount, void* buffer, int64_t bufferSize,
                                                    sorvane_arf_Data* self);
+/* The compact form of a matrix payload: for each row its K largest values
+ * and their columns (Integer64), K clamped to [minCols, maxCols]; two new
+ * DataTree tensors. */
+SORVANE_API int32_t sorvane_arf_Data_getColSparseTensorPtr(DataTree** values, DataTree** indices,
+                                                           sorvane_arf_Data* self, int64_t minCols, int64_t maxCols,
+                                                           bool normalize);
 
 SORVANE_API int32_t sorvane_arf_DataList_addDense(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                   const void* buffer, int64_t size, int32_t dtype,

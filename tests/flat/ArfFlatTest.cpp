@@ -232,6 +232,22 @@ TEST(ArfFlat, DataItemsAddAndRead) {
     EXPECT_TRUE(*back == *tensor);
     delete back;
     delete tensor;
+
+    const int64_t matrixDims[2] = {2, 2};
+    sorvane_arf_Data* matrix = nullptr;
+    ASSERT_EQ(sorvane_arf_DataList_addDense(&matrix, list, values, sizeof values, 5123, matrixDims, 2, false,
+                                            nullptr, nullptr, true, 0), 0);
+    DataTree* weights = nullptr;
+    DataTree* columns = nullptr;
+    ASSERT_EQ(sorvane_arf_Data_getColSparseTensorPtr(&weights, &columns, matrix, 0, 4, false), 0) << slot();
+    EXPECT_EQ(weights->getTensorSizes(), (std::vector<long>{2, 1}));
+    EXPECT_EQ(static_cast<const uint16_t*>(weights->getBuffer())[1], 9);
+    EXPECT_EQ(static_cast<const int64_t*>(columns->getBuffer())[1], 1);
+    delete weights;
+    delete columns;
+    EXPECT_EQ(sorvane_arf_Data_getColSparseTensorPtr(&weights, nullptr, matrix, 0, 4, false), -1);
+    EXPECT_EQ(slotMessage(), "indices is NULL");
+    sorvane_arf_Data_delete(matrix);
     sorvane_arf_Data_delete(sparse);
     sorvane_arf_Data_delete(item);
     sorvane_arf_DataList_delete(list);
