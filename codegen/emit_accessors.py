@@ -24,6 +24,11 @@ def list_accessor_source(record):
     return accessor_source(record) + "List"
 
 
+def base_source(record, name):
+    # A hand-written base class lives beside the accessor it extends.
+    return accessor_source(record).rsplit("/", 1)[0] + "/" + name
+
+
 def member_var(field):
     return field.key + "_" if field.key in RESERVED else field.key
 
@@ -113,6 +118,8 @@ class AccessorEmitter:
 
     def includes(self, record):
         inc = {record.node_header, "sorvane/arf/property/MemberAccessors.h", "sorvane/arf/property/ObjectProperty.h"}
+        if record.accessor_base:
+            inc.add(f"sorvane/{base_source(record, record.accessor_base)}.h")
         for f in record.fields:
             if not self.supported(f):
                 continue
@@ -142,7 +149,8 @@ class AccessorEmitter:
             o.append("")
         o += ["} // namespace fields", ""]
         o.append(f"// The accessor of a {record.type_name} record.")
-        o.append(f"class SORVANE_API {A} : public ObjectProperty<{N}> {{")
+        base = record.accessor_base or f"ObjectProperty<{N}>"
+        o.append(f"class SORVANE_API {A} : public {base} {{")
         o.append("public:")
         for f in fields:
             o.append(f"    using {f.cap} = {self.member_type(record, f)};")
@@ -170,7 +178,8 @@ class AccessorEmitter:
         o.append("")
         inits = "".join(f",\n      {member_var(f)}(root_, node_, readOnly_)" for f in fields)
         o.append(f"{A}::{A}(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<{N}>& node_, bool readOnly_)")
-        o.append(f"    : ObjectProperty(root_, node_, readOnly_){inits} {{}}")
+        base = record.accessor_base or "ObjectProperty"
+        o.append(f"    : {base}(root_, node_, readOnly_){inits} {{}}")
         o.append("")
         o.append(f"void {A}::clearMembers() {{")
         for f in fields:
@@ -182,16 +191,19 @@ class AccessorEmitter:
     def list_header(self, record):
         L = record.name + "List"
         path = f"sorvane/{list_accessor_source(record)}.h"
+        base = record.list_accessor_base or f"ListProperty<{record.list_class}, {record.name}>"
+        base_include = (f"sorvane/{base_source(record, record.list_accessor_base)}.h" if record.list_accessor_base
+                        else "sorvane/arf/property/ListProperty.h")
         o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
              f"#ifndef {guard(path)}", f"#define {guard(path)}", "",
              f'#include "{record.list_header}"',
-             '#include "sorvane/arf/property/ListProperty.h"',
+             f'#include "{base_include}"',
              f'#include "sorvane/{accessor_source(record)}.h"', "",
              f"namespace {record.namespace} {{", "",
              f"// The accessor of a {record.list_type_name}.",
-             f"class SORVANE_API {L} : public ListProperty<{record.list_class}, {record.name}> {{",
+             f"class SORVANE_API {L} : public {base} {{",
              "public:",
-             "    using ListProperty::ListProperty;",
+             f"    using {base.split('<')[0]}::{base.split('<')[0]};",
              "};", "",
              f"}} // namespace {record.namespace}", "", "#endif"]
         return "\n".join(o) + "\n"

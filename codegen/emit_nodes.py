@@ -52,7 +52,7 @@ class NodeEmitter:
 
     def outputs(self, record):
         files = [record.node_header, f"sorvane/{record.source}.cpp"]
-        if record.has_list:
+        if record.has_list and not record.hand_written_list:
             files += [record.list_header, f"sorvane/{record.list_source}.cpp"]
         return files
 
@@ -61,7 +61,7 @@ class NodeEmitter:
             record.node_header: self.node_header(record),
             f"sorvane/{record.source}.cpp": self.node_source(record),
         }
-        if record.has_list:
+        if record.has_list and not record.hand_written_list:
             out[record.list_header] = self.list_header(record)
             out[f"sorvane/{record.list_source}.cpp"] = self.list_source(record)
         return out

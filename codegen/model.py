@@ -133,6 +133,12 @@ class Record:
         self.has_list = bool(desc.get("list", False))
         self.type_name = desc.get("typeName", self.name)
         self.list_type_name = desc.get("listTypeName", self.name + "List")
+        # Hand-written extensions: a list node class kept in the source tree
+        # (it derives from the item list and adds its own operations), and
+        # base classes of the accessors that add reads or adding operations.
+        self.hand_written_list = bool(desc.get("handWrittenList", False))
+        self.accessor_base = desc.get("accessorBase")
+        self.list_accessor_base = desc.get("listAccessorBase")
         self.fields = [Field(self, f) for f in desc["fields"]]
         self.init_keys = desc.get("init", [])
         keys = [f.key for f in self.fields]

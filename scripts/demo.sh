@@ -30,6 +30,22 @@ echo "== talvex convert: main JSON file -> archive -> main JSON file"
 "$talvex" list "$work/again"
 
 echo
+echo "== talvex make-example: an avatar with dense and sparse payloads in each storage mode"
+"$talvex" make-example "$work/example/avatar.arf.json"
+"$talvex" list "$work/example"
+"$talvex" info --values "$work/example/avatar.arf.json"
+"$talvex" make-example "$work/example.arfz"
+"$talvex" list "$work/example.arfz"
+"$talvex" info --values "$work/example.arfz"
+"$talvex" make-example memory:
+echo "-- carried across: main JSON file (with a shared raw data file) -> archive -> main JSON file"
+"$talvex" convert "$work/example/avatar.arf.json" "$work/converted.arfz"
+"$talvex" info --values "$work/converted.arfz"
+"$talvex" convert "$work/converted.arfz" "$work/converted/avatar.arf.json"
+"$talvex" list "$work/converted"
+"$talvex" info --values "$work/converted/avatar.arf.json"
+
+echo
 echo "== talvex format examples/avatar.arf.json (read into the document tree, written back)"
 "$talvex" format examples/avatar.arf.json
 

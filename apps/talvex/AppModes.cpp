@@ -8,6 +8,7 @@
 namespace talvex_app {
 
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 
@@ -21,6 +22,7 @@ AppModes::AppModes() {
     addMode("info", make<InfoMode>);
     addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
+    addMode("make-example", createMakeExampleMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");

@@ -1,15 +1,70 @@
 #include "apps/talvex/InfoMode.h"
 
 #include <iostream>
+#include <vector>
 
 #include "sorvane/arf/Arf.h"
 
 namespace talvex_app {
 
+namespace {
+
+double valueAt(const sorvane::DataTree& tensor, long i) {
+    using sorvane::ScalarType;
+    const void* p = tensor.getBuffer();
+    switch (tensor.getScalarType()) {
+    case ScalarType::Integer8: return static_cast<const int8_t*>(p)[i];
+    case ScalarType::UInteger8: return static_cast<const uint8_t*>(p)[i];
+    case ScalarType::Integer16: return static_cast<const int16_t*>(p)[i];
+    case ScalarType::UInteger16: return static_cast<const uint16_t*>(p)[i];
+    case ScalarType::UInteger32: return static_cast<const uint32_t*>(p)[i];
+    case ScalarType::Float: return static_cast<const float*>(p)[i];
+    default: return 0;
+    }
+}
+
+} // namespace
+
 InfoMode::InfoMode(args::ArgumentParser& parser_)
     : Mode(parser_), path(parser_, "DOCUMENT", "a .arf/.json main file, a .arfz/.zip archive or memory:JSON",
-                          args::Options::Required) {
-    parser_.Description("Prints the storage, the sections, the identity and the structure of an ARF document.");
+                          args::Options::Required),
+      values(parser_, "values", "also print the first values of every tensor payload", {'v', "values"}) {
+    parser_.Description("Prints the storage, the sections, the identity, the structure and the data items of an "
+                        "ARF document.");
+}
+
+void printDataItems(std::ostream& out, const sorvane::arf::Arf& arf, bool values) {
+    using namespace sorvane::arf;
+    auto data = arf.data.get();
+    out << "data:         " << data.size() << " item(s)\n";
+    for (const Data& item : data) {
+        const std::string type = item.type.get();
+        const std::string uri = item.uri.get();
+        out << "  data " << item.id.get() << " \"" << item.name.get() << "\": " << type << ", "
+            << (uri.rfind("data:", 0) == 0 ? std::string("embedded") : "in " + uri);
+        if (item.offset.isPropertyPresent() && item.offset.get() != 0) out << " at " << item.offset.get();
+        try {
+            out << ", " << item.getDataSize() << " bytes";
+            if (type == kDenseMimeType || type == kSparseMimeType) {
+                std::vector<long> sizes;
+                DataDType dtype = DATA_DTYPE_NONE;
+                item.getTensorData(sizes, dtype, nullptr, 0);
+                out << ", " << (type == kDenseMimeType ? "dense " : "sparse ") << dtype << " [";
+                for (size_t i = 0; i < sizes.size(); ++i) out << (i ? ", " : "") << sizes[i];
+                out << "]";
+                if (values) {
+                    sorvane::DataTree tensor = item.getTensor();
+                    const long n = tensor.getValueCount();
+                    out << " =";
+                    for (long i = 0; i < n && i < 8; ++i) out << " " << valueAt(tensor, i);
+                    if (n > 8) out << " ...";
+                }
+            }
+        } catch (const std::exception& e) {
+            out << ", unreadable: " << e.what();
+        }
+        out << "\n";
+    }
 }
 
 void InfoMode::execute() {
@@ -54,6 +109,8 @@ void InfoMode::execute() {
             out << "\n";
         }
     }
+
+    printDataItems(out, arf, args::get(values));
 }
 
 } // namespace talvex_app

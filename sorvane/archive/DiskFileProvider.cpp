@@ -48,6 +48,16 @@ int64_t DiskFileProvider::getData(void* out, int64_t outSize, const std::string&
     return size;
 }
 
+void DiskFileProvider::getRange(void* out, int64_t size, const std::string& name, int64_t offset) const {
+    const std::string path = resolve(name).string();
+    detail::ReadFile file(path.c_str());
+    if (offset < 0 || size < 0 || offset > file.size() || size > file.size() - offset)
+        SORVANE_THROW("Invalid range for '%s'", path.c_str());
+    if (size == 0) return;
+    file.seek(offset);
+    file.read(out, size);
+}
+
 std::string DiskFileProvider::getString(const std::string& name, int64_t offset) const {
     const std::string path = resolve(name).string();
     if (offset < 0) SORVANE_THROW("Invalid offset for '%s'", path.c_str());

@@ -46,6 +46,21 @@ std::vector<std::string> FileProvider::getAllNames() const {
     SORVANE_THROW("Not implemented");
 }
 
+void FileProvider::getRange(void* out, int64_t size, const std::string& name, int64_t offset) const {
+    const int64_t total = getData(nullptr, 0, name, 0);
+    if (offset < 0 || size < 0 || offset > total || size > total - offset)
+        SORVANE_THROW("Invalid range for '%s'", name.c_str());
+    if (size == 0) return;
+    if (offset == 0 && size == total) {
+        getData(out, size, name, 0);
+        return;
+    }
+    // Stores that cannot read a part read the whole item once.
+    std::vector<uint8_t> whole(static_cast<size_t>(total));
+    getData(whole.data(), total, name, 0);
+    std::memcpy(out, whole.data() + offset, static_cast<size_t>(size));
+}
+
 std::vector<uint8_t> FileProvider::getBytes(const std::string& name, int64_t offset) const {
     const int64_t size = getData(nullptr, 0, name, offset);
     if (size < 0) throw std::length_error("cannot create std::vector larger than max_size()");

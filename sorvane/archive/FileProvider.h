@@ -56,6 +56,10 @@ public:
     // returns the byte count from `offset` to the end. With a null `out`
     // nothing is read: that is the size query.
     virtual int64_t getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const = 0;
+    // Copies exactly `size` bytes of the item from `offset` on into `out`;
+    // the range must lie inside the item ("Invalid range for '%s'"). This is
+    // how one part of a file shared by several payloads is read.
+    virtual void getRange(void* out, int64_t size, const std::string& name, int64_t offset) const;
     // The whole item (read from 0; use offset 0).
     virtual std::vector<uint8_t> getBytes(const std::string& name, int64_t offset) const;
     virtual std::string getString(const std::string& name, int64_t offset) const = 0;

@@ -42,6 +42,16 @@ int64_t MemoryFileProvider::getData(void* out, int64_t outSize, const std::strin
     return found.size;
 }
 
+void MemoryFileProvider::getRange(void* out, int64_t size, const std::string& name, int64_t offset) const {
+    const std::string canonical = canonizeName(name);
+    const Item& found = item(canonical);
+    if (offset < 0 || size < 0 || offset > found.size || size > found.size - offset)
+        SORVANE_THROW("Invalid range for '%s'", canonical.c_str());
+    if (size == 0) return;
+    if (!found.data) SORVANE_THROW("No data for '%s'", canonical.c_str());
+    std::memcpy(out, found.data.get() + offset, static_cast<size_t>(size));
+}
+
 std::string MemoryFileProvider::getString(const std::string& name, int64_t) const {
     const std::string canonical = canonizeName(name);
     const Item& found = item(canonical);

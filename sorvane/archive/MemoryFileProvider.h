@@ -31,6 +31,7 @@ public:
     bool exists(const std::string& name) const override;
     int64_t getDataSize(const std::string& name) const override;
     int64_t getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const override;
+    void getRange(void* out, int64_t size, const std::string& name, int64_t offset) const override;
     std::string getString(const std::string& name, int64_t offset) const override;
     void create(const std::string& name, const void* data, int64_t size) override;
     // Reads the file and stores it like create; `overwrite` is ignored.

@@ -293,6 +293,16 @@ int64_t Zip::getData(void* out, int64_t outSize, const std::string& name, int64_
     return count;
 }
 
+void Zip::getRange(void* out, int64_t size, const std::string& name, int64_t offset) const {
+    guard();
+    const std::string canonical = canonizeName(name);
+    Entry entry;
+    findEntry(canonical, entry);
+    if (offset < 0 || size < 0 || offset > entry.size || size > entry.size - offset)
+        SORVANE_THROW("Invalid range for '%s'", canonical.c_str());
+    if (size > 0) readEntry(entry, out, size, offset);
+}
+
 int64_t Zip::getDataSize(const std::string& name) const {
     return getData(nullptr, 0, name, 0);
 }

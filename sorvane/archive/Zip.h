@@ -49,6 +49,7 @@ public:
     std::vector<std::string> getAllNames() const override;
     int64_t getDataSize(const std::string& name) const override;
     int64_t getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const override;
+    void getRange(void* out, int64_t size, const std::string& name, int64_t offset) const override;
     // Only offset 0 is of use: the text has the entry's full size.
     std::string getString(const std::string& name, int64_t offset) const override;
     // Adds or replaces the entry, deflated at level 6.

@@ -20,7 +20,7 @@ Arf::Arf() : Arf(std::make_shared<RootNode>(), false) {}
 
 Arf::Arf(std::shared_ptr<RootNode> root_, bool readOnly_)
     : root(std::move(root_)), readOnly(readOnly_), preamble(root, readOnly), identity(root, readOnly),
-      structure(root, readOnly), components(root, readOnly) {}
+      structure(root, readOnly), components(root, readOnly), data(root, readOnly) {}
 
 Arf::Arf(const std::shared_ptr<archive::FileProvider>& provider, const std::string& mainFileName, StorageMode mode,
          bool readOnly_)

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <vector>
 #include <string>
 
 #include "sorvane/archive/JsonExporter.h"
@@ -14,6 +16,7 @@
 #include "sorvane/arf/property/Identity.h"
 #include "sorvane/arf/property/Preamble.h"
 #include "sorvane/arf/property/Structure.h"
+#include "sorvane/arf/property/data/DataList.h"
 #include "sorvane/core/Export.h"
 
 namespace sorvane::archive {
@@ -47,7 +50,81 @@ struct SORVANE_API ComponentsSection {
     static void set(RootNode& r, const std::shared_ptr<ComponentsNode>& n) { r.setComponents(n); }
     static void init(ComponentsNode& n) { n.init(); }
 };
+struct SORVANE_API DataSection {
+    static constexpr const char* kKey = "data";
+    static std::shared_ptr<DataNodes> get(const RootNode& r) { return r.getData(); }
+    static void set(RootNode& r, const std::shared_ptr<DataNodes>& n) { r.setData(n); }
+    static void init(DataNodes&) {}
+};
 } // namespace sections
+
+// The "data" section as the Arf object holds it, with the payload-adding
+// operations of the data list.
+class SORVANE_API DataSectionProperty : public SectionProperty<DataList, sections::DataSection> {
+public:
+    using SectionProperty::SectionProperty;
+
+    template <class... A>
+    Data add(A&&... args) { return get().add(std::forward<A>(args)...); }
+    template <class... A>
+    Data* addPtr(A&&... args) { return get().addPtr(std::forward<A>(args)...); }
+    Data addDense(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes,
+                  bool embedded = false, const char* uri = nullptr, const char* name = nullptr,
+                  std::optional<int64_t> id = std::nullopt) {
+        return get().addDense(buffer, size, dtype, sizes, embedded, uri, name, id);
+    }
+    Data* addDensePtr(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes,
+                      bool embedded = false, const char* uri = nullptr, const char* name = nullptr,
+                      std::optional<int64_t> id = std::nullopt) {
+        return new Data(addDense(buffer, size, dtype, sizes, embedded, uri, name, id));
+    }
+    Data addDenseTensor(const DataTree& tensor, bool embedded = false, const char* uri = nullptr,
+                        const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
+        return get().addDenseTensor(tensor, embedded, uri, name, id);
+    }
+    Data* addDenseTensorPtr(const DataTree& tensor, bool embedded = false, const char* uri = nullptr,
+                            const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
+        return new Data(addDenseTensor(tensor, embedded, uri, name, id));
+    }
+    Data addSparse(const void* indices, int64_t indicesSize, DataIType itype, const void* values, int64_t valuesSize,
+                   DataDType dtype, const std::vector<long>& sizes, int64_t count, bool embedded = false,
+                   const char* uri = nullptr, const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
+        return get().addSparse(indices, indicesSize, itype, values, valuesSize, dtype, sizes, count, embedded, uri,
+                               name, id);
+    }
+    Data* addSparsePtr(const void* indices, int64_t indicesSize, DataIType itype, const void* values,
+                       int64_t valuesSize, DataDType dtype, const std::vector<long>& sizes, int64_t count,
+                       bool embedded = false, const char* uri = nullptr, const char* name = nullptr,
+                       std::optional<int64_t> id = std::nullopt) {
+        return new Data(
+            addSparse(indices, indicesSize, itype, values, valuesSize, dtype, sizes, count, embedded, uri, name, id));
+    }
+    Data addSparseFromDense(const void* buffer, int64_t valueCount, DataDType dtype, const std::vector<long>& sizes,
+                            DataIType itype = DATA_ITYPE_NONE, bool embedded = false, const char* uri = nullptr,
+                            const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
+        return get().addSparseFromDense(buffer, valueCount, dtype, sizes, itype, embedded, uri, name, id);
+    }
+    Data* addSparseFromDensePtr(const void* buffer, int64_t valueCount, DataDType dtype,
+                                const std::vector<long>& sizes, DataIType itype = DATA_ITYPE_NONE,
+                                bool embedded = false, const char* uri = nullptr, const char* name = nullptr,
+                                std::optional<int64_t> id = std::nullopt) {
+        return new Data(addSparseFromDense(buffer, valueCount, dtype, sizes, itype, embedded, uri, name, id));
+    }
+    Data addSparseTensor(const DataTree& tensor, DataIType itype = DATA_ITYPE_NONE, bool embedded = false,
+                         const char* uri = nullptr, const char* name = nullptr,
+                         std::optional<int64_t> id = std::nullopt) {
+        return get().addSparseTensor(tensor, itype, embedded, uri, name, id);
+    }
+    Data* addSparseTensorPtr(const DataTree& tensor, DataIType itype = DATA_ITYPE_NONE, bool embedded = false,
+                             const char* uri = nullptr, const char* name = nullptr,
+                             std::optional<int64_t> id = std::nullopt) {
+        return new Data(addSparseTensor(tensor, itype, embedded, uri, name, id));
+    }
+    Data addContent(const void* content, int64_t size, bool embedded, const char* type, const char* uri = nullptr,
+                    const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
+        return get().addContent(content, size, embedded, type, uri, name, id);
+    }
+};
 
 // The handle of one ARF document. Copies share the document; accessors taken
 // from it keep the document alive on their own.
@@ -57,6 +134,7 @@ public:
     using Identity = SectionProperty<::sorvane::arf::Identity, sections::IdentitySection>;
     using Structure = SectionProperty<::sorvane::arf::Structure, sections::StructureSection>;
     using Components = SectionProperty<::sorvane::arf::Components, sections::ComponentsSection>;
+    using Data = DataSectionProperty;
 
     // A document with no storage, in memory, not loaded.
     Arf();
@@ -104,6 +182,7 @@ public:
     Identity identity;
     Structure structure;
     Components components;
+    Data data;
 };
 
 } // namespace sorvane::arf

@@ -67,6 +67,10 @@ int32_t sorvane_arf_Arf_getComponents(sorvane_arf_Components** out, sorvane_arf_
     return flat::get(out, kNull, self, [](Arf& arf) { return arf.components.getPtr(); });
 }
 
+int32_t sorvane_arf_Arf_getData(sorvane_arf_DataList** out, sorvane_arf_Arf* self) {
+    return flat::get(out, kNull, self, [](Arf& arf) { return arf.data.getPtr(); });
+}
+
 int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self) {
     return flat::get(out, kNull, self,
                      [](Arf& arf) { return new sorvane::archive::FileProviderRef(arf.getFileProvider()); });

@@ -16,6 +16,7 @@
 #include "sorvane/core/Export.h"
 #include "sorvane/flat/sorvane_archive.h"
 #include "sorvane/flat/sorvane_arf_generated.h"
+#include "sorvane/flat/sorvane_arf_data.h"
 
 #ifdef __cplusplus
 namespace sorvane::arf {
@@ -45,6 +46,7 @@ SORVANE_API int32_t sorvane_arf_Arf_getPreamble(sorvane_arf_Preamble** out, sorv
 SORVANE_API int32_t sorvane_arf_Arf_getIdentity(sorvane_arf_Identity** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getStructure(sorvane_arf_Structure** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getComponents(sorvane_arf_Components** out, sorvane_arf_Arf* self);
+SORVANE_API int32_t sorvane_arf_Arf_getData(sorvane_arf_DataList** out, sorvane_arf_Arf* self);
 SORVANE_API int32_t sorvane_arf_Arf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_arf_Arf* self);
 
 /* Generic values (strings, integers, lists and flat objects of those). A

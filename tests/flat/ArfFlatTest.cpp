@@ -193,3 +193,62 @@ TEST(ArfFlat, GenericValues) {
     sorvane_arf_ProtectionConfigurationList_delete(list);
     sorvane_arf_Structure_delete(structure);
 }
+
+TEST(ArfFlat, DataItemsAddAndRead) {
+    Document doc("memory:{}");
+    sorvane_arf_DataList* list = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getData(&list, doc.arf), 0);
+    const uint16_t values[4] = {7, 0, 0, 9};
+    const int64_t dims[1] = {4};
+    sorvane_arf_Data* item = nullptr;
+    ASSERT_EQ(sorvane_arf_DataList_addDense(&item, list, values, sizeof values, 5123, dims, 1, true, nullptr, "v",
+                                            true, 0), 0) << slot();
+    int64_t size = 0;
+    ASSERT_EQ(sorvane_arf_Data_getData(&size, nullptr, 0, item), 0);
+    EXPECT_EQ(size, 4 + 4 + 4 + 8);
+    std::string bytes(static_cast<size_t>(size), '\0');
+    ASSERT_EQ(sorvane_arf_Data_getData(&size, &bytes[0], size, item), 0);
+    EXPECT_EQ(bytes.substr(12), std::string(reinterpret_cast<const char*>(values), 8));
+    EXPECT_EQ(sorvane_arf_Data_getData(&size, &bytes[0], 3, item), -1);
+    EXPECT_EQ(slotMessage(), "out is too small");
+
+    sorvane_arf_Data* sparse = nullptr;
+    EXPECT_EQ(sorvane_arf_DataList_addSparse(&sparse, list, values, 2, 5121, values, 2, 5123, dims, 1, 2, false,
+                                             nullptr, nullptr, true, 0), -1);
+    EXPECT_EQ(slotMessage().substr(slotMessage().rfind(": ") + 2), "Invalid values size 2 < 4");
+    EXPECT_EQ(sorvane_arf_DataList_addDense(&sparse, list, values, 8, 5123, nullptr, 1, false, nullptr, nullptr, true,
+                                            0), -1);
+    EXPECT_EQ(slotMessage(), "dims is NULL");
+    EXPECT_EQ(sorvane_arf_Data_getDataSize(&size, nullptr), -1);
+    EXPECT_EQ(slotMessage(), "data is NULL");
+    EXPECT_EQ(sorvane_arf_DataList_addDenseTensor(&sparse, list, nullptr, false, nullptr, nullptr, true, 0), -1);
+    EXPECT_EQ(slotMessage(), "tensor is NULL");
+
+    DataTree* tensor = nullptr;
+    ASSERT_EQ(sorvane_arf_Data_getTensorPtr(&tensor, item), 0);
+    ASSERT_EQ(sorvane_arf_DataList_addSparseTensor(&sparse, list, tensor, 0, false, nullptr, "s", true, 0), 0);
+    DataTree* back = nullptr;
+    ASSERT_EQ(sorvane_arf_Data_getTensorPtr(&back, sparse), 0);
+    EXPECT_TRUE(*back == *tensor);
+    delete back;
+    delete tensor;
+
+    const int64_t matrixDims[2] = {2, 2};
+    sorvane_arf_Data* matrix = nullptr;
+    ASSERT_EQ(sorvane_arf_DataList_addDense(&matrix, list, values, sizeof values, 5123, matrixDims, 2, false,
+                                            nullptr, nullptr, true, 0), 0);
+    DataTree* weights = nullptr;
+    DataTree* columns = nullptr;
+    ASSERT_EQ(sorvane_arf_Data_getColSparseTensorPtr(&weights, &columns, matrix, 0, 4, false), 0) << slot();
+    EXPECT_EQ(weights->getTensorSizes(), (std::vector<long>{2, 1}));
+    EXPECT_EQ(static_cast<const uint16_t*>(weights->getBuffer())[1], 9);
+    EXPECT_EQ(static_cast<const int64_t*>(columns->getBuffer())[1], 1);
+    delete weights;
+    delete columns;
+    EXPECT_EQ(sorvane_arf_Data_getColSparseTensorPtr(&weights, nullptr, matrix, 0, 4, false), -1);
+    EXPECT_EQ(slotMessage(), "indices is NULL");
+    sorvane_arf_Data_delete(matrix);
+    sorvane_arf_Data_delete(sparse);
+    sorvane_arf_Data_delete(item);
+    sorvane_arf_DataList_delete(list);
+}

@@ -63,6 +63,7 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::identity_>("identity"),
         recordField<&RootNode::structure_>("structure"),
         recordField<&RootNode::components_>("components"),
+        recordField<&RootNode::data_>("data"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
 }
@@ -73,6 +74,7 @@ void RootNode::incompleteInit() {
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
     components_ = std::make_shared<ComponentsNode>(self);
+    data_ = std::make_shared<DataNodes>(self);
     preamble_->incompleteInit();
     identity_->incompleteInit();
     structure_->incompleteInit();
@@ -85,6 +87,7 @@ void RootNode::init() {
     identity_ = std::make_shared<IdentityNode>(self);
     structure_ = std::make_shared<StructureNode>(self);
     components_ = std::make_shared<ComponentsNode>(self);
+    data_ = std::make_shared<DataNodes>(self);
     preamble_->init(nullptr, nullptr);
     identity_->init(nullptr, nullptr, std::nullopt, nullptr);
     structure_->init();
@@ -109,6 +112,11 @@ void RootNode::setComponents(const std::shared_ptr<ComponentsNode>& node) {
 void RootNode::setStructure(const std::shared_ptr<StructureNode>& node) {
     if (node) node->setNodeParent(shared_from_this());
     structure_ = node;
+}
+
+void RootNode::setData(const std::shared_ptr<DataNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    data_ = node;
 }
 
 void RootNode::__load() {

@@ -13,6 +13,7 @@
 #include "sorvane/arf/node/RecordNode.h"
 #include "sorvane/arf/node/StorageMode.h"
 #include "sorvane/arf/node/StructureNode.h"
+#include "sorvane/arf/node/data/DataNodes.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -89,6 +90,8 @@ public:
     void setIdentity(const std::shared_ptr<IdentityNode>& node);
     void setStructure(const std::shared_ptr<StructureNode>& node);
     void setComponents(const std::shared_ptr<ComponentsNode>& node);
+    const std::shared_ptr<DataNodes>& getData() const { return data_; }
+    void setData(const std::shared_ptr<DataNodes>& node);
 
     static bool isSectionKey(const std::string& key);
 
@@ -105,6 +108,7 @@ private:
     std::shared_ptr<IdentityNode> identity_;
     std::shared_ptr<StructureNode> structure_;
     std::shared_ptr<ComponentsNode> components_;
+    std::shared_ptr<DataNodes> data_;
 };
 
 } // namespace sorvane::arf

@@ -34,7 +34,8 @@ TEST(RecordNode, FreshDocumentInExactOutputForm) {
               "  },\n"
               "  \"components\": {\n"
               "    \"meshes\": []\n"
-              "  }\n"
+              "  },\n"
+              "  \"data\": []\n"
               "}");
 }
 
@@ -94,7 +95,8 @@ TEST(RecordNode, ReadBackByteForByte) {
         "  },\n"
         "  \"components\": {\n"
         "    \"meshes\": []\n"
-        "  }\n"
+        "  },\n"
+        "  \"data\": []\n"
         "}";
     auto root = readRoot(text);
     EXPECT_EQ(root->toJsonString(), text);
