@@ -69,12 +69,18 @@ long tensorByteSize(const std::vector<long>& sizes, long elementSize) {
     return bytes;
 }
 
+long dense_encodeHeader(BitBuffer& buffer, DataDType dtype, const std::vector<long>& sizes) {
+    const long bytes = tensorByteSize(sizes, getDataDTypeSize(dtype));
+    writeDims(buffer, sizes);
+    buffer.write(static_cast<int32_t>(dtype));
+    return bytes;
+}
+
 void dense_encode(BitBuffer& buffer, const void* data, long size, DataDType dtype, const std::vector<long>& sizes) {
     if (!data) SORVANE_THROW("buffer if NULL");
     const long bytes = tensorByteSize(sizes, getDataDTypeSize(dtype));
     if (bytes > size) SORVANE_THROW("buffer is too small");
-    writeDims(buffer, sizes);
-    buffer.write(static_cast<int32_t>(dtype));
+    dense_encodeHeader(buffer, dtype, sizes);
     writeBlock(buffer, data, bytes);
 }
 

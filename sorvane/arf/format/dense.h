@@ -28,6 +28,9 @@ SORVANE_API long tensorByteSize(const std::vector<long>& sizes, long elementSize
 
 SORVANE_API void dense_encode(BitBuffer& buffer, const void* data, long size, DataDType dtype,
                               const std::vector<long>& sizes);
+// Writes only the header of a dense payload whose values follow; returns the
+// byte size of those values.
+SORVANE_API long dense_encodeHeader(BitBuffer& buffer, DataDType dtype, const std::vector<long>& sizes);
 // Reads the header; returns the byte size of the values that follow it.
 SORVANE_API long dense_decodeHeader(std::vector<long>& sizes, DataDType& dtype, BitBuffer& buffer);
 // Copies the values into out (null: only the size is returned).

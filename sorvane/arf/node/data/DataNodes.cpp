@@ -109,13 +109,23 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
 
 int64_t DataNodes::addDense(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes,
                             bool embedded, const char* uri, const char* name, std::optional<int64_t> id) {
-    BitBuffer bits;
+    // The payload is laid down once in a block that is not cleared first:
+    // the header, then the values in one copy.
+    std::unique_ptr<uint8_t[]> block;
+    long total = 0;
     try {
-        dense_encode(bits, buffer, static_cast<long>(size), dtype, sizes);
+        if (!buffer) SORVANE_THROW("buffer if NULL");
+        BitBuffer header;
+        const long bytes = dense_encodeHeader(header, dtype, sizes);
+        if (bytes > size) SORVANE_THROW("buffer is too small");
+        total = header.storedSize() + bytes;
+        block.reset(new uint8_t[static_cast<size_t>(total)]);
+        std::memcpy(block.get(), header.data(), static_cast<size_t>(header.storedSize()));
+        if (bytes > 0) std::memcpy(block.get() + header.storedSize(), buffer, static_cast<size_t>(bytes));
     } catch (const std::exception& e) {
         SORVANE_THROW("Adding item to %s:\n%s", getNodePath().c_str(), e.what());
     }
-    return addContent(bits.data(), bits.storedSize(), embedded, kDenseMimeType, uri, ".bin", name, id);
+    return addContent(block.get(), total, embedded, kDenseMimeType, uri, ".bin", name, id);
 }
 
 int64_t DataNodes::addDenseTensor(const DataTree& tensor, bool embedded, const char* uri, const char* name,
