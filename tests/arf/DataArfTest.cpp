@@ -282,7 +282,7 @@ TEST(DataItems, SparseChoicesAndAddErrors) {
     EXPECT_EQ(messageOf([&] { arf.data.addDense(zeros.data(), 8, DATA_DTYPE_FLOAT, {2}, false, nullptr, nullptr, 1); }),
               "Adding item to data: id 1 is already used");
     EXPECT_EQ(messageOf([&] { arf.data.add(nullptr, "u", nullptr, std::nullopt); }),
-              "Initialization of data[0]: type must be defined");
+              "Initialization of data[4]: type must be defined");  // the id is taken first
     // Tensors go in and come out with their element type.
     DataTree t = DataTree::createTensor({2, 2}, ScalarType::Integer16);
     static_cast<int16_t*>(t.getBuffer())[3] = -9;
