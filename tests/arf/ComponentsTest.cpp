@@ -134,3 +134,17 @@ TEST(Components, AbsentOptionalThroughTheFlatInterface) {
     sorvane_arf_Components_delete(components);
     sorvane_arf_Arf_delete(arf);
 }
+
+TEST(Components, MeshDataFollowsToTheDataItem) {
+    Arf arf = Arf::create("memory:");
+    const float values[] = {1, 2, 3};
+    auto item = arf.data.addDense(values, sizeof values, DATA_DTYPE_FLOAT, {3}, false, nullptr, "verts");
+    auto mesh = arf.components->meshes.add("m", std::nullopt);
+    EXPECT_EQ(messageOf([&] { mesh.data.add(item.id.get() + 1); }),
+              "Adding item to components.meshes[1].data: Invalid id 2 in data");
+    mesh.data.add(item.id.get());
+    EXPECT_EQ(mesh.data.getTarget(0).name.get(), "verts");
+    EXPECT_EQ(mesh.data.getTarget(0).getTensor().getTensorSizes(), (std::vector<long>{3}));
+    arf.data.get().remove(item.id.get());
+    EXPECT_EQ(messageOf([&] { mesh.data.getTarget(0); }), "Getting item from data: Invalid id 1");
+}
