@@ -110,6 +110,15 @@ void InfoMode::execute() {
         }
     }
 
+    auto components = arf.components.get();
+    out << "components:   " << components.meshes.size() << " mesh(es), " << components.nodes.size() << " node(s), "
+        << components.skeletons.size() << " skeleton(s), " << components.skins.size() << " skin(s)\n";
+    for (const Mesh& mesh : components.meshes) {
+        out << "  mesh " << mesh.id.get() << " \"" << mesh.name.get() << "\": data";
+        for (int64_t i = 0; i < mesh.data.size(); ++i) out << " " << mesh.data.get(i);
+        out << "\n";
+    }
+
     printDataItems(out, arf, args::get(values));
 }
 

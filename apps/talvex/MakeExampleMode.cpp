@@ -56,12 +56,18 @@ private:
     static void fill(sorvane::arf::Arf& arf) {
         using namespace sorvane::arf;
         arf.identity->name.set("Example");
-        arf.structure->assets.add("body", std::nullopt).lods.add("high", std::nullopt);
+        auto lod = arf.structure->assets.add("body", std::nullopt).lods.add("high", std::nullopt);
 
         const std::vector<float> vertices = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
-        arf.data.addDense(vertices.data(), 48, DATA_DTYPE_FLOAT, {4, 3}, false, nullptr, "vertices");
+        auto positions = arf.data.addDense(vertices.data(), 48, DATA_DTYPE_FLOAT, {4, 3}, false, nullptr, "vertices");
         const std::vector<uint16_t> faces = {0, 1, 2, 0, 2, 3};
-        arf.data.addDense(faces.data(), 12, DATA_DTYPE_UNSIGNED_SHORT, {2, 3}, true, nullptr, "faces");
+        auto triangles = arf.data.addDense(faces.data(), 12, DATA_DTYPE_UNSIGNED_SHORT, {2, 3}, true, nullptr, "faces");
+
+        // A mesh made of those two items, in the level of detail.
+        auto mesh = arf.components->meshes.add("quad", std::nullopt);
+        mesh.data.add(positions.id.get());
+        mesh.data.add(triangles.id.get());
+        lod.meshes.add(mesh.id.get());
 
         // Weights of 4 vertices over 8 joints, mostly zero.
         std::vector<float> weights(32, 0.0f);
