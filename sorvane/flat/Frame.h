@@ -104,6 +104,13 @@ inline int32_t putValues(void* out, int64_t* outSize, const Bytes& bytes) {
     return 0;
 }
 
+// *out = make(), a new object owned by the caller; no object argument.
+template <class T, class Make>
+int32_t create(T** out, Make&& make) {
+    if (!out) return fail("out is NULL");
+    return guard([&] { *out = make(); });
+}
+
 // self->work(), no result.
 template <class T, class Work>
 int32_t call(const char* nullText, T* self, Work&& work) {

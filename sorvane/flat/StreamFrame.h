@@ -2,8 +2,8 @@
 #define SORVANE_FLAT_STREAMFRAME_H
 
 // Shapes of the stream's flat functions that the common frame has no
-// template for: creating an object, a checked downcast, and a value getter
-// that reports its value count.
+// template for: a checked downcast, and a value getter that reports its
+// value count.
 
 #include <cstdint>
 
@@ -11,13 +11,6 @@
 #include "sorvane/flat/Frame.h"
 
 namespace sorvane::flat::streamframe {
-
-// *out = make(), a new object owned by the caller.
-template <class T, class Make>
-int32_t create(T** out, Make&& make) {
-    if (!out) return fail("out is NULL");
-    return guard([&] { *out = make(); });
-}
 
 // The same object under its sample class; another class fails with text.
 template <class K>

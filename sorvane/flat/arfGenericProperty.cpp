@@ -10,30 +10,24 @@ using sorvane::arf::GenericProperty;
 
 namespace {
 constexpr const char* kNull = "genericProperty is NULL";
-
-template <class Make>
-int32_t create(sorvane_arf_GenericProperty** out, Make&& make) {
-    if (!out) return flat::fail("out is NULL");
-    return flat::guard([&] { *out = make(); });
-}
 } // namespace
 
 extern "C" {
 
 int32_t sorvane_arf_GenericProperty_createNull(sorvane_arf_GenericProperty** out) {
-    return create(out, [] { return GenericProperty::createNullPtr(); });
+    return flat::create(out, [] { return GenericProperty::createNullPtr(); });
 }
 
 int32_t sorvane_arf_GenericProperty_createInteger(sorvane_arf_GenericProperty** out, int64_t value) {
-    return create(out, [&] { return GenericProperty::createIntegerPtr(value); });
+    return flat::create(out, [&] { return GenericProperty::createIntegerPtr(value); });
 }
 
 int32_t sorvane_arf_GenericProperty_createString(sorvane_arf_GenericProperty** out, const char* value) {
-    return create(out, [&] { return GenericProperty::createStringPtr(flat::str(value)); });
+    return flat::create(out, [&] { return GenericProperty::createStringPtr(flat::str(value)); });
 }
 
 int32_t sorvane_arf_GenericProperty_createList(sorvane_arf_GenericProperty** out) {
-    return create(out, [] { return GenericProperty::createListPtr(); });
+    return flat::create(out, [] { return GenericProperty::createListPtr(); });
 }
 
 int32_t sorvane_arf_GenericProperty_delete(sorvane_arf_GenericProperty* self) { return flat::destroy(kNull, self); }

@@ -22,16 +22,6 @@ std::vector<long> sizesOf(const int64_t* sizes, int64_t dimCount) {
     return std::vector<long>(sizes, sizes + dimCount);
 }
 
-// *out = new handle made by the work.
-template <class Work>
-int32_t create(DataTree** out, Work&& work) {
-    if (!out) return flat::fail("out is NULL");
-    return flat::guard([&] {
-        std::unique_ptr<DataTree> tree(work());
-        *out = tree.release();
-    });
-}
-
 } // namespace
 
 extern "C" {
@@ -60,37 +50,37 @@ int32_t sorvane_datatree_DataTree_toJsonString(char* out, int64_t* outSize, cons
 }
 
 int32_t sorvane_datatree_DataTree_createNull(DataTree** out) {
-    return create(out, [] { return DataTree::createNullPtr(); });
+    return flat::create(out, [] { return DataTree::createNullPtr(); });
 }
 
 int32_t sorvane_datatree_DataTree_createObject(DataTree** out) {
-    return create(out, [] { return DataTree::createObjectPtr(); });
+    return flat::create(out, [] { return DataTree::createObjectPtr(); });
 }
 
 int32_t sorvane_datatree_DataTree_createList(DataTree** out) {
-    return create(out, [] { return DataTree::createListPtr(); });
+    return flat::create(out, [] { return DataTree::createListPtr(); });
 }
 
 int32_t sorvane_datatree_DataTree_createInteger(DataTree** out, int64_t value) {
-    return create(out, [&] { return DataTree::createIntegerPtr(value); });
+    return flat::create(out, [&] { return DataTree::createIntegerPtr(value); });
 }
 
 int32_t sorvane_datatree_DataTree_createFloat(DataTree** out, double value) {
-    return create(out, [&] { return DataTree::createFloatPtr(value); });
+    return flat::create(out, [&] { return DataTree::createFloatPtr(value); });
 }
 
 int32_t sorvane_datatree_DataTree_createString(DataTree** out, const char* value) {
-    return create(out, [&] { return new DataTree(flat::str(value)); });
+    return flat::create(out, [&] { return new DataTree(flat::str(value)); });
 }
 
 int32_t sorvane_datatree_DataTree_createArray(DataTree** out, const void* data, int64_t dataSize, int64_t count,
                                               sorvane_ScalarType type) {
-    return create(out, [&] { return DataTree::createArrayPtr(data, dataSize, count, scalar(type)); });
+    return flat::create(out, [&] { return DataTree::createArrayPtr(data, dataSize, count, scalar(type)); });
 }
 
 int32_t sorvane_datatree_DataTree_createTensor(DataTree** out, const void* data, int64_t dataSize,
                                                const int64_t* sizes, int64_t dimCount, sorvane_ScalarType type) {
-    return create(out, [&] {
+    return flat::create(out, [&] {
         if (!data) return new DataTree(DataTreeType::Tensor, ScalarType::Invalid);
         std::vector<long> dims = sizesOf(sizes, dimCount);
         return DataTree::createTensorPtr(data, dataSize, dims.data(), static_cast<long>(dims.size()), scalar(type));

@@ -13,7 +13,7 @@
 
 using namespace sorvane;
 using namespace sorvane::arf;
-using sorvane::flat::streamframe::create;
+using sorvane::flat::create;
 using sorvane::flat::streamframe::downcast;
 
 extern "C" {
