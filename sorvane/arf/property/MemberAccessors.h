@@ -26,6 +26,16 @@ inline std::string textArgument(const char* text) {
     return std::string(text);
 }
 
+// The accessor of the record a reference names: "Getting item from %s:
+// Invalid id %ld" for a dangling id.
+template <class Acc, class TargetList, class NodeT>
+Acc followReference(const NodeT& owner, const ReferenceTarget& target, int64_t id,
+                    const std::shared_ptr<RootNode>& root, bool readOnly) {
+    auto list = std::dynamic_pointer_cast<TargetList>(owner.getReferenceList(target));
+    if (!list) SORVANE_THROW("Invalid node");
+    return Acc(root, list->get(id), readOnly);
+}
+
 inline void writeValue(archive::JsonExporter& out, const std::string& v) { out.addString(v); }
 inline void writeValue(archive::JsonExporter& out, int64_t v) { out.addInteger(v); }
 inline void writeValue(archive::JsonExporter& out, double v) { out.addNumber(v); }
@@ -159,10 +169,8 @@ public:
 
     // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
     Acc get() const {
-        const int64_t id = getIndex();
-        auto list = std::dynamic_pointer_cast<TargetList>(this->node().getReferenceList(D::kTarget));
-        if (!list) Property::failInvalidNode();
-        return Acc(this->propertyRoot, list->get(id), this->propertyReadOnly);
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->propertyRoot,
+                                                        this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
 
@@ -185,10 +193,8 @@ public:
         : Base(root_, owner_, readOnly_) {}
 
     Acc getTarget(int64_t index) const {
-        const int64_t id = Base::get(index);
-        auto list = std::dynamic_pointer_cast<TargetList>(this->node().getReferenceList(D::kTarget));
-        if (!list) Property::failInvalidNode();
-        return Acc(this->propertyRoot, list->get(id), this->propertyReadOnly);
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, Base::get(index),
+                                                        this->propertyRoot, this->propertyReadOnly);
     }
     Acc* getTargetPtr(int64_t index) const { return new Acc(getTarget(index)); }
     void setTarget(int64_t index, const Acc& target) { Base::set(index, target.getPropertyId()); }
