@@ -3,12 +3,10 @@
 #include <cstring>
 #include <ostream>
 
-#include "sorvane/arf/animation/data/TmpMath.h"
 #include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/math.h"
 
 namespace sorvane::arf {
-
-using namespace sorvane::tmpmath;
 
 const char* animationValueType2string(AnimationValueType type) {
     switch (type) {
@@ -124,21 +122,25 @@ void AnimationTransform::merge(const AnimationValue& other, AnimationMergeType m
     if (dataCount() != other.dataCount())
         SORVANE_THROW("Different value sizes %ld != %ld", dataCount(), other.dataCount());
     if (mergeType == ANIMATION_MERGE_MUL) {
-        matrix4x4_lmul_float(data(), other.data(), 0);
+        matrix4x4_lmul_float(data(), other.data(), MATRIX4X4_ROW_MAJOR);
         return;
     }
     AnimationValue::merge(other, mergeType);
 }
 
-void AnimationTransform::setMatrixFromQuaternion(const float* q) { quaternion2matrix4x4_float(data(), q, 0); }
+void AnimationTransform::setMatrixFromQuaternion(const float* q) {
+    quaternion2matrix4x4_float(data(), q, MATRIX4X4_ROW_MAJOR);
+}
 
 void AnimationTransform::setMatrixFromEuler(const float* euler) {
     float q[4];
     euler2quaternion_float(q, euler, "XYZ");
-    quaternion2matrix4x4_float(data(), q, 0);
+    quaternion2matrix4x4_float(data(), q, MATRIX4X4_ROW_MAJOR);
 }
 
-void AnimationTransform::setMatrixFromTranslation(const float* t) { translation2matrix4x4_float(data(), t, 0); }
+void AnimationTransform::setMatrixFromTranslation(const float* t) {
+    translation2matrix4x4_float(data(), t, MATRIX4X4_ROW_MAJOR);
+}
 
 void AnimationTransform::setMatrixFromScale(const float* s) { scale2matrix4x4_float(data(), s); }
 
