@@ -89,6 +89,52 @@ SORVANE_API int32_t sorvane_arf_AnimationData_getValue(float* out, int64_t outBy
 /* count: floats, exactly the value's own count. */
 SORVANE_API int32_t sorvane_arf_AnimationData_setValue(sorvane_arf_AnimationData* self, int32_t type, int64_t id, int64_t index, const float* in, int64_t inBytes, int64_t count);
 
+/* Components: the live weights and joint matrices of an avatar, every set in
+ * ascending id order. _create reads the document once (weights 0, joints in
+ * their rest pose) and keeps nothing of it. Weight families exist twice, for
+ * blendshape sets (Blendshape) and texture sets (Texture). */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_create(sorvane_arf_AnimationComponents** out, const sorvane_arf_Arf* arf);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_delete(sorvane_arf_AnimationComponents* self);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_init(sorvane_arf_AnimationComponents* self, const sorvane_arf_Arf* arf);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getBlendshapeSetIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getTextureSetIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getSkeletonIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_hasBlendshape(bool* out, const sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getBlendshapeCount(int64_t* out, const sorvane_arf_AnimationComponents* self, int64_t setId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getBlendshapeIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t setId);
+/* Relabels the entries: the i-th id given takes the i-th present entry in ascending order. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setBlendshapeIds(sorvane_arf_AnimationComponents* self, int64_t setId, const int64_t* in, int64_t inBytes, int64_t count);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getBlendshapeWeight(float* out, const sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getBlendshapeWeights(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t setId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setBlendshapeWeight(sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id, float weight);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setBlendshapeWeights(sorvane_arf_AnimationComponents* self, int64_t setId, const float* in, int64_t inBytes, int64_t count);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_hasTexture(bool* out, const sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getTextureCount(int64_t* out, const sorvane_arf_AnimationComponents* self, int64_t setId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getTextureIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t setId);
+/* Relabels the entries: the i-th id given takes the i-th present entry in ascending order. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setTextureIds(sorvane_arf_AnimationComponents* self, int64_t setId, const int64_t* in, int64_t inBytes, int64_t count);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getTextureWeight(float* out, const sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getTextureWeights(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t setId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setTextureWeight(sorvane_arf_AnimationComponents* self, int64_t setId, int64_t id, float weight);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setTextureWeights(sorvane_arf_AnimationComponents* self, int64_t setId, const float* in, int64_t inBytes, int64_t count);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_hasJoint(bool* out, const sorvane_arf_AnimationComponents* self, int64_t skeletonId, int64_t jointId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getJointCount(int64_t* out, const sorvane_arf_AnimationComponents* self, int64_t skeletonId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getJointIds(int64_t* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t skeletonId);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setJointIds(sorvane_arf_AnimationComponents* self, int64_t skeletonId, const int64_t* in, int64_t inBytes, int64_t count);
+/* One joint's floats (16 unless a shorter or longer vector was stored). */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getJointTransform(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t skeletonId, int64_t jointId);
+/* count: floats, the joint's own count. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setJointTransform(sorvane_arf_AnimationComponents* self, int64_t skeletonId, int64_t jointId, const float* in, int64_t inBytes, int64_t count);
+/* 16 floats per joint; *pvalueCount counts floats. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getJointTransforms(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int64_t skeletonId);
+/* count: joints, 16 floats each. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setJointTransforms(sorvane_arf_AnimationComponents* self, int64_t skeletonId, const float* in, int64_t inBytes, int64_t count);
+/* By location: 2 blendshape, 3 joint, 5 texture target. */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_hasValue(bool* out, const sorvane_arf_AnimationComponents* self, int32_t type, int64_t id, int64_t index);
+SORVANE_API int32_t sorvane_arf_AnimationComponents_getValue(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int32_t type, int64_t id, int64_t index);
+/* A value of valueType made of count floats (its own count). */
+SORVANE_API int32_t sorvane_arf_AnimationComponents_setValue(sorvane_arf_AnimationComponents* self, int32_t type, int64_t id, int64_t index, int32_t valueType, const float* in, int64_t inBytes, int64_t count);
+
 #ifdef __cplusplus
 }
 #endif

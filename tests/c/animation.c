@@ -76,8 +76,54 @@ static int frameworkAndFrame(void) {
     return 0;
 }
 
+static int components(void) {
+    static const char* document =
+        "memory:{\"components\": {\"meshes\": [],"
+        " \"nodes\": [{\"mapping\": \"a\", \"translation\": [1, 2, 3], \"name\": \"a\", \"id\": 1},"
+        "             {\"mapping\": \"b\", \"name\": \"b\", \"id\": 2}],"
+        " \"skeletons\": [{\"root\": 1, \"joints\": [{\"node\": 1, \"id\": 9}, {\"node\": 2, \"id\": 3}],"
+        " \"name\": \"s\", \"id\": 1}]}}";
+    sorvane_arf_Arf* arf = NULL;
+    sorvane_arf_AnimationComponents* c = NULL;
+    int64_t ids[4], count = 0;
+    float m[32], one[16];
+    int i;
+    bool has = true;
+
+    if (sorvane_arf_AnimationComponents_create(&c, NULL) != -1 || !slotEndsWith("arf is NULL")) return 40;
+    if (sorvane_arf_Arf_load(&arf, document, false) != 0) return 41;
+    if (sorvane_arf_AnimationComponents_create(&c, arf) != 0) return 42;
+    sorvane_arf_Arf_delete(arf); /* the components keep nothing of the document */
+
+    if (sorvane_arf_AnimationComponents_getSkeletonIds(ids, sizeof ids, &count, c) != 0 || count != 1) return 43;
+    if (sorvane_arf_AnimationComponents_getJointIds(NULL, 0, &count, c, 1) != 0 || count != 2) return 44;
+    if (sorvane_arf_AnimationComponents_getJointIds(ids, 8, &count, c, 1) != -1 || count != 2) return 45;
+    if (!slotEndsWith("out is too small")) return 45;
+    if (sorvane_arf_AnimationComponents_getJointIds(ids, sizeof ids, &count, c, 1) != 0) return 46;
+    if (ids[0] != 3 || ids[1] != 9) return 46;
+    if (sorvane_arf_AnimationComponents_getJointTransforms(m, sizeof m, &count, c, 1) != 0 || count != 32) return 47;
+    if (m[0] != 1.0f || m[3] != 0.0f || m[16 + 3] != 1.0f || m[16 + 7] != 2.0f) return 47;
+
+    for (i = 0; i < 32; ++i) m[i] = (float)i;
+    if (sorvane_arf_AnimationComponents_setJointTransforms(c, 1, m, sizeof m, 3) != -1) return 48;
+    if (!slotEndsWith("in is too small")) return 48;
+    if (sorvane_arf_AnimationComponents_setJointTransforms(c, 1, m, sizeof m, 2) != 0) return 49;
+    if (sorvane_arf_AnimationComponents_getJointTransform(one, sizeof one, &count, c, 1, 9) != 0 || count != 16) return 50;
+    if (one[0] != 16.0f) return 50;
+    if (sorvane_arf_AnimationComponents_setValue(c, 3, 1, 9, 1, one, 4, 1) != -1) return 51;
+    if (!slotEndsWith("Invalid value type 1 for skeleton 1")) return 51;
+    if (sorvane_arf_AnimationComponents_hasValue(&has, c, 3, 1, 4) != 0 || has) return 52;
+    if (sorvane_arf_AnimationComponents_hasValue(&has, c, 1, 1, 4) != -1) return 53;
+    if (!slotEndsWith("Invalid or unsupported location")) return 53;
+    if (sorvane_arf_AnimationComponents_getBlendshapeCount(&count, c, 0) != -1) return 54;
+    if (!slotEndsWith("Invalid blendshape set id 0")) return 54;
+    sorvane_arf_AnimationComponents_delete(c);
+    return 0;
+}
+
 int main(void) {
     int rc = frameworkAndFrame();
+    if (rc == 0) rc = components();
     if (rc != 0) {
         char text[512];
         int64_t size = sizeof text;
