@@ -9,7 +9,9 @@ namespace talvex_app {
 
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createFrameworksMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
+sorvane::Mode* createPoseMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -30,6 +32,8 @@ AppModes::AppModes() {
     addCategory("Animation");
     addMode("stream-dump", createStreamDumpMode);
     addMode("stream-make", createStreamMakeMode);
+    addMode("frameworks", createFrameworksMode);
+    addMode("pose", createPoseMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
     addCategory("Checks");

@@ -201,12 +201,16 @@ void AnimationComponents::init(const Arf& arf) {
             if (!skeletonNode) continue;
             auto skeleton = std::make_shared<AnimationSkeleton>();
             if (const auto& joints = skeletonNode->getJoints()) {
-                for (const auto& joint : joints->getItems()) {
+                const auto& items = joints->getItems();
+                for (size_t position = 0; position < items.size(); ++position) {
+                    const auto& joint = items[position];
                     if (!joint) continue;
                     if (!nodes) SORVANE_THROW("There is no nodes in %s", components->getNodePath().c_str());
                     float matrix[16];
                     restPose(matrix, nodeMatrix(*nodes->get(joint->getNode())));
-                    skeleton->put(joint->getId(), matrix);
+                    // A joint may be written without an id; it is then known by its position, as
+                    // locations address joints.
+                    skeleton->put(joint->hasId() ? joint->getId() : static_cast<long>(position), matrix);
                 }
             }
             skeletons[skeletonNode->getId()] = std::move(skeleton);

@@ -49,6 +49,14 @@ bool AnimationFramework::knows(const std::string& urn) {
     return false;
 }
 
+std::vector<std::string> AnimationFramework::getBuiltinUrns() {
+    long count = 0;
+    const detail::BuiltinFramework* table = detail::builtinFrameworks(&count);
+    std::vector<std::string> urns;
+    for (long f = 0; f < count; ++f) urns.emplace_back(table[f].urn);
+    return urns;
+}
+
 std::shared_ptr<AnimationInput> AnimationFramework::addInput(const AnimationLocation& location,
                                                              std::shared_ptr<AnimationInput> input) {
     if (!input) SORVANE_THROW("input is NULL");

@@ -46,6 +46,8 @@ public:
     // The built-in framework of that URN, inputs at (Stream, id, row).
     static AnimationFrameworkRef create(const std::string& urn, long id);
     static bool knows(const std::string& urn);
+    // The URNs create accepts, in the order it compares them.
+    static std::vector<std::string> getBuiltinUrns();
 
     std::shared_ptr<AnimationInput> addInput(const AnimationLocation& location, std::shared_ptr<AnimationInput> input);
     std::shared_ptr<AnimationInput> addInput(const AnimationLocation& location, AnimationValueType type,
