@@ -167,6 +167,7 @@ void AnimationComponents::AnimationSkeleton::assign(long position, const float* 
     const long head = std::min(count, kJoint);
     if (head > 0) std::memcpy(block, values, static_cast<size_t>(head) * sizeof(float));
     std::fill(block + std::max(head, 0L), block + kJoint, 0.0f); // a short joint reads as zeros past its end
+    oddJoints += (count != kJoint) - (lengths[static_cast<size_t>(position)] != kJoint);
     lengths[static_cast<size_t>(position)] = count;
     if (count > kJoint)
         beyond[position].assign(values + kJoint, values + count);
@@ -387,6 +388,7 @@ void AnimationComponents::setJointTransforms(long skeletonId, const void* in, lo
     if (!s.beyond.empty() || std::any_of(s.lengths.begin(), s.lengths.end(), [](long l) { return l != kJoint; })) {
         std::fill(s.lengths.begin(), s.lengths.end(), kJoint);
         s.beyond.clear();
+        s.oddJoints = 0;
     }
 }
 

@@ -55,6 +55,8 @@ public:
         const float* getTransforms() const { return transforms.data(); }
         // Floats of the joint at a position.
         long getLength(long position) const { return lengths[static_cast<size_t>(position)]; }
+        // Whether every joint holds exactly 16 floats (all of them in the block).
+        bool allSixteen() const { return oddJoints == 0; }
 
     private:
         friend class AnimationComponents;
@@ -66,6 +68,7 @@ public:
         std::vector<float> transforms;
         std::vector<long> lengths;
         std::map<long, std::vector<float>> beyond; // floats past 16, by position
+        long oddJoints = 0;                        // joints whose length is not 16
     };
 
     AnimationComponents();

@@ -16,9 +16,23 @@ AnimationFramework* AnimationFrameworkRef::operator->() const {
 
 AnimationFramework& AnimationFrameworkRef::operator*() const { return *operator->(); }
 
-AnimationFramework::AnimationFramework(const std::string& name_, const std::string& type_) : name(name_), type(type_) {}
+AnimationFramework::AnimationFramework(const std::string& name_, const std::string& type_)
+    : name(name_), type(type_), layout(std::make_shared<AnimationFrameLayout>()) {}
 
 AnimationFramework::~AnimationFramework() = default;
+
+namespace {
+
+long floatsOf(AnimationValueType type) {
+    switch (type) {
+    case ANIMATION_VALUE_WEIGHT: return 1;
+    case ANIMATION_VALUE_VECTOR3: return 3;
+    case ANIMATION_VALUE_QUATERNION: return 4;
+    default: return 16;
+    }
+}
+
+} // namespace
 
 AnimationFrameworkRef AnimationFramework::create(const std::string& urn, long id) {
     long count = 0;
@@ -63,6 +77,13 @@ std::shared_ptr<AnimationInput> AnimationFramework::addInput(const AnimationLoca
     if (inputs.count(location)) SORVANE_THROW("Input at '%s' already defined", location.desc().c_str());
     input->location = location;
     inputs.emplace(location, input);
+    auto next = std::make_shared<AnimationFrameLayout>();
+    for (const auto& [at, in] : inputs) {
+        next->locations.push_back(at);
+        next->offsets.push_back(next->floatCount);
+        next->floatCount += floatsOf(in->getValueType());
+    }
+    layout = std::move(next);
     return input;
 }
 
@@ -164,7 +185,7 @@ std::shared_ptr<AnimationData> AnimationFramework::createData() const {
 AnimationData* AnimationFramework::createDataPtr() const {
     AnimationData::ValueMap values;
     for (const auto& [location, input] : inputs) values.emplace_hint(values.end(), location, input->createValue());
-    return new AnimationData(std::move(values));
+    return new AnimationData(std::move(values), layout);
 }
 
 std::ostream& operator<<(std::ostream& out, const AnimationFramework& framework) {

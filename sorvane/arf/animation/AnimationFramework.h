@@ -71,11 +71,15 @@ public:
     const std::string& getName() const { return name; }
     const std::string& getType() const { return type; }
     const InputMap& getInputs() const { return inputs; }
+    const std::shared_ptr<const AnimationFrameLayout>& getFrameLayout() const { return layout; }
 
 private:
     std::string name;
     std::string type;
     InputMap inputs;
+    // The layout of the frames createData makes, shared by all of them; kept
+    // up to date by addInput.
+    std::shared_ptr<const AnimationFrameLayout> layout;
 };
 
 SORVANE_API std::ostream& operator<<(std::ostream& out, const AnimationFramework& framework);

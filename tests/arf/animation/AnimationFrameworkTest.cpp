@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "AnimationTestUtil.h"
+#include "sorvane/arf/Arf.h"
 #include "sorvane/arf/animation/AnimationFramework.h"
 
 using namespace sorvane::arf;
@@ -122,4 +123,16 @@ TEST(AnimationFramework, AddingInputs) {
 
     AnimationFrameworkRef empty;
     EXPECT_EQ("framework is NULL", failure([&] { empty->getName(); }));
+}
+
+TEST(AnimationFramework, FrameworkIdsOfADocument) {
+    const Arf arf = Arf::load(R"(memory:{"preamble": {"signature": "MPEG-ARF-2025", "version": "1.0.0",
+        "supportedAnimations": {"faceAnimations": ["urn:a", "urn:b"], "bodyAnimations": ["urn:b"]}},
+        "components": {"meshes": []}})");
+    auto supported = arf.preamble->supportedAnimations.get();
+    EXPECT_EQ(1, supported.findFrameworkId("ANIMATION_FACE", "urn:b"));
+    EXPECT_EQ(0, supported.findFrameworkId("ANIMATION_BODY", "urn:b"));
+    EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_HAND", "urn:b")); // absent list
+    EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_EYES", "urn:a")); // not a list kind
+    EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_FACE", "urn:c"));
 }

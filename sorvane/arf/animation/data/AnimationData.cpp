@@ -16,22 +16,32 @@ bool exceeds(long count, long size, long bytes) {
 
 } // namespace
 
-AnimationData::AnimationData() = default;
+AnimationData::AnimationData() : layout(std::make_shared<AnimationFrameLayout>()) {}
 AnimationData::~AnimationData() = default;
 
-AnimationData::AnimationData(ValueMap values_) : values(std::move(values_)) {
+AnimationData::AnimationData(ValueMap values_, std::shared_ptr<const AnimationFrameLayout> layout_)
+    : values(std::move(values_)) {
+    auto own = std::make_shared<AnimationFrameLayout>();
     ordered.reserve(values.size());
-    offsets.reserve(values.size());
+    own->locations.reserve(values.size());
+    own->offsets.reserve(values.size());
     for (auto& [location, value] : values) {
         if (!value) SORVANE_THROW("Value at %s is NULL", location.desc().c_str());
         ordered.push_back(value.get());
-        offsets.push_back(floatCount);
+        own->locations.push_back(location);
+        own->offsets.push_back(floatCount);
         floatCount += value->dataCount();
         allWeights = allWeights && value->getType() == ANIMATION_VALUE_WEIGHT && value->dataCount() == 1;
         allTransforms = allTransforms && value->getType() == ANIMATION_VALUE_TRANSFORM && value->dataCount() == 16;
     }
+    own->floatCount = floatCount;
+    // A shared layout is kept only when it is this frame's own.
+    if (layout_ && *layout_ == *own)
+        layout = std::move(layout_);
+    else
+        layout = std::move(own);
     block = std::shared_ptr<float[]>(new float[static_cast<size_t>(floatCount > 0 ? floatCount : 1)]());
-    for (size_t i = 0; i < ordered.size(); ++i) ordered[i]->bindStorage(block.get() + offsets[i], block);
+    for (size_t i = 0; i < ordered.size(); ++i) ordered[i]->bindStorage(block.get() + layout->offsets[i], block);
 }
 
 std::shared_ptr<AnimationValue> AnimationData::getValue(const AnimationLocation& location) {

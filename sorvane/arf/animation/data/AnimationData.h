@@ -16,14 +16,26 @@ namespace sorvane::arf {
 // rewritten in place for every sample. The values' floats lie in one block in
 // location order, so a frame of weights or of matrices is copied in or out in
 // one piece.
+// Where each value of a frame lies: locations in order, the offset of each
+// value's floats and the float count. Frames of one framework share one.
+struct SORVANE_API AnimationFrameLayout {
+    std::vector<AnimationLocation> locations;
+    std::vector<long> offsets;
+    long floatCount = 0;
+
+    bool operator==(const AnimationFrameLayout& o) const {
+        return floatCount == o.floatCount && offsets == o.offsets && locations == o.locations;
+    }
+};
+
 class SORVANE_API AnimationData {
 public:
     using ValueMap = std::map<AnimationLocation, std::shared_ptr<AnimationValue>>;
 
     AnimationData();
     // Takes the values (they move into the frame's block); the set of
-    // locations is fixed from here on.
-    explicit AnimationData(ValueMap values);
+    // locations is fixed from here on. A layout given must be the values' own.
+    explicit AnimationData(ValueMap values, std::shared_ptr<const AnimationFrameLayout> layout = nullptr);
     ~AnimationData();
 
     // An absent location throws AnimationValueNotFound.
@@ -48,7 +60,8 @@ public:
     // The values in location order, and where each one's floats start in the
     // block (for callers that resolve positions once and then index).
     const std::vector<AnimationValue*>& getOrderedValues() const { return ordered; }
-    long getFloatOffset(long position) const { return offsets[static_cast<size_t>(position)]; }
+    long getFloatOffset(long position) const { return layout->offsets[static_cast<size_t>(position)]; }
+    const std::shared_ptr<const AnimationFrameLayout>& getLayout() const { return layout; }
     float* getBlock() { return block.get(); }
     const float* getBlock() const { return block.get(); }
     long getFloatCount() const { return floatCount; }
@@ -56,7 +69,7 @@ public:
 private:
     ValueMap values;
     std::vector<AnimationValue*> ordered;
-    std::vector<long> offsets;
+    std::shared_ptr<const AnimationFrameLayout> layout;
     std::shared_ptr<float[]> block;
     long floatCount = 0;
     bool allWeights = true;
