@@ -8,7 +8,8 @@ source_dir=$1 library=$2 work=$3 reader=$4 generated=$5
 
 python=/usr/bin/python3
 [ -x "$python" ] || python=$(command -v python3 || true)
-if [ -z "$python" ] || ! "$python" -c "import venv, ensurepip, pip, setuptools, wheel" 2>/dev/null; then
+if [ -z "$python" ] || ! "$python" -c "import setuptools, wheel, venv, ensurepip" 2>/dev/null \
+  || ! "$python" -m pip --version >/dev/null 2>&1; then
   echo "SKIPPED: python3-venv, python3-pip or python3-setuptools is not installed (scripts/deps.sh installs them)"
   exit 77
 fi
