@@ -98,9 +98,23 @@ class Function:
                 kinds[i], kinds[i + 1] = "bytes", "size"
                 i += 2
                 continue
-            if (ct.endswith("*") and not ct.startswith("const ") and _SCALAR.match(ct[:-1]) and ct != "void*"
-                    and nxt[1] == "int64_t" and nxt2[1] == "int64_t*" and nxt2[0] == "pvalueCount"):
-                kinds[i], kinds[i + 1], kinds[i + 2] = "array", "size", "size"
+            if ct.endswith("*") and not ct.startswith("const ") and _SCALAR.match(ct[:-1]) and ct != "void*":
+                # One or more arrays of this type sharing one capacity and one count.
+                j = i
+                while j < n and p[j][1] == ct:
+                    j += 1
+                if (j + 1 < n and p[j][1] == "int64_t" and p[j + 1][1] == "int64_t*"
+                        and p[j + 1][0] == "pvalueCount"):
+                    kinds[i] = "array"
+                    for k in range(i + 1, j):
+                        kinds[k] = "array+"
+                    kinds[j], kinds[j + 1] = "size", "size"
+                    i = j + 2
+                    continue
+            if (ct.startswith("const ") and ct.endswith("*") and _SCALAR.match(ct[:-1]) and ct != "const char*"
+                    and nxt[1] == "int64_t" and _SIZE_NAME.search(nxt[0] or "") and nxt2[1] == "int64_t"
+                    and _COUNT_NAME.search(nxt2[0] or "")):
+                kinds[i], kinds[i + 1], kinds[i + 2] = "arrin3", "size", "size"
                 i += 3
                 continue
             if ct == "const void*" and nxt[1] == "int64_t" and _SIZE_NAME.search(nxt[0] or ""):
@@ -125,7 +139,7 @@ class Function:
             else:
                 kinds[i] = "raw"
             i += 1
-        self.inputs = [k for k in range(n) if kinds[k] in ("str", "handle", "raw", "bufin", "arrin")]
+        self.inputs = [k for k in range(n) if kinds[k] in ("str", "handle", "raw", "bufin", "arrin", "arrin3")]
         self.input_names = [p[k][0] for k in self.inputs]
         self.results = [k for k in range(n) if kinds[k] in ("out", "hout", "vout", "text", "bytes", "array")]
         self.groups = [k for k in self.results if kinds[k] in ("text", "bytes", "array")]
@@ -183,6 +197,9 @@ class Function:
                 args[k], args[k + 1] = _buffer(v)
             elif kind == "arrin":
                 args[k], args[k + 1] = _array(v, p[k][2]._type_)
+            elif kind == "arrin3":
+                args[k], args[k + 2] = _array(v, p[k][2]._type_)
+                args[k + 1] = args[k + 2] * C.sizeof(p[k][2]._type_)
             else:
                 args[k] = v
         outs = {}
@@ -261,17 +278,24 @@ class Function:
             if raw(*args) != 0:
                 raise Error(slot_text())
             outs[k] = buf.raw[:size.value]
-        else:  # array: out, outBytes, pvalueCount
+        else:  # arrays: out..., outBytes, pvalueCount
             element = self.params[k][2]._type_
+            last = k + 1
+            while self.kinds[last] == "array+":
+                last += 1
             count = C.c_int64(0)
-            args[k], args[k + 1], args[k + 2] = None, 0, C.byref(count)
+            for j in range(k, last):
+                args[j] = None
+            args[last], args[last + 1] = 0, C.byref(count)
             if raw(*args) != 0:
                 raise Error(slot_text())
-            arr = (element * count.value)()
-            args[k], args[k + 1] = C.cast(arr, self.params[k][2]), C.sizeof(arr)
+            arrays = [(element * count.value)() for _ in range(k, last)]
+            for j, arr in zip(range(k, last), arrays):
+                args[j] = C.cast(arr, self.params[k][2])
+            args[last] = C.sizeof(arrays[0])
             if raw(*args) != 0:
                 raise Error(slot_text())
-            outs[k] = list(arr)
+            outs[k] = list(arrays[0]) if len(arrays) == 1 else tuple(list(a) for a in arrays)
 
 
 def _buffer(v):

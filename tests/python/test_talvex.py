@@ -204,6 +204,21 @@ class Streams(unittest.TestCase):
                     self.assertEqual(units[1][1].duration, 40)
 
 
+class LaterFamilies(unittest.TestCase):
+    def test_array_protocols_of_a_family_the_package_does_not_name(self):
+        # Nothing in the package knows animation frameworks: the generated
+        # layer alone reads two arrays under one count and takes an array
+        # with its byte size and count.
+        with talvex.call("sorvane_arf_AnimationFramework_new", "face", "blendshapes") as framework:
+            for i in range(3):
+                framework.add_weight_input(1, 5, i, f"w{i}", -1.0 * i, 1.0 + i)
+            self.assertEqual(framework.get_input_ranges(1, 5), ([0.0, -1.0, -2.0], [1.0, 2.0, 3.0]))
+            self.assertEqual(framework.get_input_name(1, 5, 2), "w2")
+            with framework.create_data() as data:
+                data.weights = [0.5, 0.25, 1.0]
+                self.assertEqual(data.weights, [0.5, 0.25, 1.0])
+
+
 class Lifetime(unittest.TestCase):
     def test_handles_made_and_dropped_leave_none(self):
         before = talvex.live_handles()
