@@ -468,7 +468,11 @@ class Object:
         elif name.endswith("_index") and fn(prefix + f"get{cap[:-5]}ItemValues"):
             r = ("ids", fn(prefix + f"get{cap[:-5]}ItemValues"))
         elif fn(prefix + "get" + cap):
-            r = ("get", fn(prefix + "get" + cap), fn(prefix + "has" + cap))
+            getter = fn(prefix + "get" + cap)
+            # An absent optional value reads as None; an absent child object or
+            # list is still handed out, so that it can be filled.
+            gives_object = any(getter.kinds[k] == "hout" for k in getter.results)
+            r = ("get", getter, None if gives_object else fn(prefix + "has" + cap))
         else:
             r = ("none",)
         attrs[name] = r
@@ -514,11 +518,21 @@ class Object:
     def __dir__(self):
         names = set(super().__dir__())
         n = len(self._prefix)
-        for fname in FUNCTIONS:
-            if fname.startswith(self._prefix):
-                op = fname[n:]
-                m = re.match(r"(get|set|has|remove)([A-Z]\w*)$", op)
-                names.add(_snake(m.group(2) if m else op))
+        ops = {f[n:] for f in FUNCTIONS if f.startswith(self._prefix)}
+        for op in ops:
+            m = re.match(r"(get|set|has|remove|add)([A-Z]\w*)$", op)
+            if not m:
+                names.add(_snake(op))
+                continue
+            verb, cap = m.groups()
+            lists = re.match(r"(\w+?)(Size|ItemValues|ItemValue|Item|Values|Value)$", cap)
+            if lists and f"get{lists.group(1)}Size" in ops:
+                base = _snake(lists.group(1))
+                names.add(base + "_index" if lists.group(2) == "ItemValues" else base)
+            elif verb in ("get", "set"):
+                names.add(_snake(cap))
+            elif f"get{cap}" not in ops:
+                names.add(_snake(op))
         return sorted(names)
 
     def __repr__(self):
