@@ -8,6 +8,8 @@
 namespace talvex_app {
 
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
@@ -30,6 +32,9 @@ AppModes::AppModes() {
     addMode("stream-make", createStreamMakeMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
+    addCategory("Images");
+    addMode("image-info", createImageInfoMode);
+    addMode("image-convert", createImageConvertMode);
 }
 
 } // namespace talvex_app
