@@ -7,12 +7,14 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
+sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
 
 template <class M>
 static sorvane::Mode* make(args::ArgumentParser& parser) {
@@ -35,6 +37,9 @@ AppModes::AppModes() {
     addCategory("Images");
     addMode("image-info", createImageInfoMode);
     addMode("image-convert", createImageConvertMode);
+    addCategory("Checks");
+    addMode("compare-tensors", createCompareTensorsMode);
+    addMode("validate", createValidateMode);
 }
 
 } // namespace talvex_app
