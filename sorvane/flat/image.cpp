@@ -15,7 +15,7 @@ int32_t sorvane_saveImage(const char* path, const DataTree* image) {
 }
 
 int32_t sorvane_createImagePtr(DataTree** out, const uint8_t* buffer, int64_t size, const char* name,
-                               sorvane_ScalarType scalarType, sorvane_ImageFormat imageFormat) {
+                               sorvane_ScalarType scalarType, int32_t imageFormat) {
     if (!buffer) return flat::fail("buffer is NULL");
     return flat::create(out, [&] {
         return sorvane::createImagePtr(buffer, static_cast<long>(size), flat::str(name),
@@ -24,7 +24,7 @@ int32_t sorvane_createImagePtr(DataTree** out, const uint8_t* buffer, int64_t si
 }
 
 int32_t sorvane_loadImagePtr(DataTree** out, const char* fileName, sorvane_ScalarType scalarType,
-                             sorvane_ImageFormat imageFormat) {
+                             int32_t imageFormat) {
     if (!fileName) return flat::fail("fileName is NULL");
     return flat::create(out, [&] {
         return sorvane::loadImagePtr(fileName, static_cast<ScalarType>(scalarType),

@@ -11,8 +11,6 @@
 #include "sorvane/core/Export.h"
 #include "sorvane/flat/sorvane_datatree.h"
 
-typedef int32_t sorvane_ImageFormat;
-
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -22,10 +20,10 @@ SORVANE_API int32_t sorvane_saveImage(const char* path, const DataTree* image);
 /* Decodes PNG or JPEG bytes (detected by content; name is for messages) into
  * a new image handle. */
 SORVANE_API int32_t sorvane_createImagePtr(DataTree** out, const uint8_t* buffer, int64_t size, const char* name,
-                                           sorvane_ScalarType scalarType, sorvane_ImageFormat imageFormat);
+                                           sorvane_ScalarType scalarType, int32_t imageFormat);
 /* Loads a .png, .jpg or .jpeg file into a new image handle. */
 SORVANE_API int32_t sorvane_loadImagePtr(DataTree** out, const char* fileName, sorvane_ScalarType scalarType,
-                                         sorvane_ImageFormat imageFormat);
+                                         int32_t imageFormat);
 
 #ifdef __cplusplus
 }
