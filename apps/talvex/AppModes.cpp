@@ -12,6 +12,7 @@ sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
+sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -37,6 +38,8 @@ AppModes::AppModes() {
     addCategory("Images");
     addMode("image-info", createImageInfoMode);
     addMode("image-convert", createImageConvertMode);
+    addCategory("Meshes");
+    addMode("mesh-convert", createMeshConvertMode);
     addCategory("Checks");
     addMode("compare-tensors", createCompareTensorsMode);
     addMode("validate", createValidateMode);
