@@ -42,6 +42,7 @@ tests=$source_dir/tests/python
 if "$work/venv/bin/python" -c "import numpy" 2>/dev/null; then
   echo "== with numpy"
   "$work/venv/bin/python" -m unittest discover -s "$tests" -p 'test_*.py'
+  export TALVEX_SECOND_PASS=1
 fi
 echo "== without numpy"
 "$work/venv/bin/python" -c "
