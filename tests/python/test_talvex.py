@@ -213,6 +213,27 @@ class Streams(unittest.TestCase):
                     self.assertEqual(units[1][1].duration, 40)
 
 
+def needs(name):
+    """Skips a test until the library has the function."""
+    return unittest.skipUnless(name in talvex.FUNCTIONS, f"{name} is not in this library yet")
+
+
+class Images(unittest.TestCase):
+    @needs("sorvane_loadImagePtr")
+    def test_png_saved_and_decoded_equal(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        rows, cols = 3, 5
+        pixels = memoryview(bytearray((i * 7) % 256 for i in range(rows * cols * 3))).cast("B", [rows, cols, 3])
+        path = os.path.join(work, "p.png")
+        talvex.save_image(path, {"imageFormat": 2, "pixelFormat": 1, "pixels": pixels})
+        with talvex.load_image(path) as image:
+            self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+            self.assertEqual(list(talvex.pixels(image, use_numpy=False).shape), [rows, cols, 3])
+        with open(path, "rb") as f:
+            with talvex.decode_image(f.read(), "p.png") as image:
+                self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+
+
 class LaterFamilies(unittest.TestCase):
     def test_array_protocols_of_a_family_the_package_does_not_name(self):
         # Nothing in the package knows animation frameworks: the generated
@@ -316,7 +337,8 @@ class Binding(unittest.TestCase):
 
 class BadInput(unittest.TestCase):
     def corpus(self, target):
-        files = sorted(glob.glob(os.path.join(SOURCE, "fuzz", "corpus", target, "*")))
+        files = sorted(f for f in glob.glob(os.path.join(SOURCE, "fuzz", "corpus", target, "**"), recursive=True)
+                       if os.path.isfile(f))
         self.assertTrue(files, target)
         for path in files:
             with open(path, "rb") as f:
@@ -366,6 +388,17 @@ class BadInput(unittest.TestCase):
                 item.tensor()
                 item.tensor(use_numpy=False)
 
+        if "sorvane_createImagePtr" in talvex.FUNCTIONS:
+            for name, data in self.corpus("image_decode"):
+                self.survive(name, lambda: talvex.pixels(talvex.decode_image(data, name)))
+        if "sorvane_gltf2_Gltf_load" in talvex.FUNCTIONS:
+            for target, suffix in (("glb_decode", ".glb"), ("gltf_load", ".gltf")):
+                if os.path.isdir(os.path.join(SOURCE, "fuzz", "corpus", target)):
+                    for name, data in self.corpus(target):
+                        path = os.path.join(work, name + suffix)
+                        with open(path, "wb") as f:
+                            f.write(data)
+                        self.survive(name, lambda: talvex.Gltf.load(path, read_only=True).to_json())
         for name, data in self.corpus("data_payload"):
             self.survive(name, lambda: payload(data, "sparse" if name.startswith("sparse") else "dense"))
 
