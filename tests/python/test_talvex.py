@@ -123,6 +123,28 @@ class Errors(unittest.TestCase):
             c_text = subprocess.run([READER, path, "--slot"], capture_output=True, text=True).stdout
             self.assertEqual(str(self._error(lambda: talvex.Arf.load(path))), c_text)
 
+    def test_threads_each_read_their_own_failure(self):
+        # The slot is one per process and ctypes lets other threads run during
+        # a call: each failure must still carry its own call's text.
+        import threading
+        mismatches = []
+
+        def fail_often(tag):
+            path = os.path.join(SOURCE, "no such dir", tag + ".arf")
+            for _ in range(300):
+                try:
+                    talvex.Arf.load(path)
+                except talvex.Error as e:
+                    if tag + ".arf" not in str(e):
+                        mismatches.append(str(e))
+
+        threads = [threading.Thread(target=fail_often, args=(f"t{i}",)) for i in range(4)]
+        for t in threads:
+            t.start()
+        for t in threads:
+            t.join()
+        self.assertEqual(mismatches, [])
+
     def _error(self, call):
         with self.assertRaises(talvex.Error) as caught:
             call()
