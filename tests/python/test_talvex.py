@@ -123,6 +123,28 @@ class Errors(unittest.TestCase):
             c_text = subprocess.run([READER, path, "--slot"], capture_output=True, text=True).stdout
             self.assertEqual(str(self._error(lambda: talvex.Arf.load(path))), c_text)
 
+    def test_threads_each_read_their_own_failure(self):
+        # The slot is one per process and ctypes lets other threads run during
+        # a call: each failure must still carry its own call's text.
+        import threading
+        mismatches = []
+
+        def fail_often(tag):
+            path = os.path.join(SOURCE, "no such dir", tag + ".arf")
+            for _ in range(300):
+                try:
+                    talvex.Arf.load(path)
+                except talvex.Error as e:
+                    if tag + ".arf" not in str(e):
+                        mismatches.append(str(e))
+
+        threads = [threading.Thread(target=fail_often, args=(f"t{i}",)) for i in range(4)]
+        for t in threads:
+            t.start()
+        for t in threads:
+            t.join()
+        self.assertEqual(mismatches, [])
+
     def _error(self, call):
         with self.assertRaises(talvex.Error) as caught:
             call()
@@ -160,6 +182,19 @@ class Texts(unittest.TestCase):
                 name = "".join(chr(0x41 + i % 26) for i in range(n - 1)) + ("\u00e9" if n else "")
                 identity.name = name
                 self.assertEqual(identity.name, name)
+
+
+    def test_byte_blocks_of_both_sizing_styles(self):
+        # The provider reports the size with status 0, a tensor's values with
+        # -1; both must also read an empty block.
+        with talvex.call("sorvane_archive_FileProvider_createMemory") as provider:
+            provider.create("a.bin", b"\x00\x01hello")
+            provider.create("empty", b"")
+            self.assertEqual(provider.get_data("a.bin", 0), b"\x00\x01hello")
+            self.assertEqual(provider.get_data("empty", 0), b"")
+        for data in (b"", bytes(range(16))):
+            with talvex.DataTree.from_python(memoryview(bytearray(data)).cast("f")) as tree:
+                self.assertEqual(tree.get_values(), data)
 
 
 class Payloads(unittest.TestCase):
