@@ -88,3 +88,53 @@ TEST(NodeTransform, FlatArrayProtocol) {
     sorvane_arf_Components_delete(components);
     sorvane_arf_Arf_delete(arf);
 }
+
+TEST(OptionalLists, AHandleTakenWhileAbsentCreatesTheListOnItsFirstAdd) {
+    const char* text = R"(memory:{"components": {"meshes": []}})";
+    sorvane_arf_Arf* arf = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_load(&arf, text, false), 0);
+    sorvane_arf_Components* components = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getComponents(&components, arf), 0);
+    sorvane_arf_NodeList* nodes = nullptr;
+    sorvane_arf_NodeList* early = nullptr;
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&nodes, components), 0);
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&early, components), 0);
+    sorvane_arf_Node* hips = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_add(&hips, nodes, "Hips", "root", true, 0), 0) << sorvane_errorMessage;
+    int64_t size = 0;
+    EXPECT_EQ(sorvane_arf_NodeList_getSize(&size, nodes), 0);
+    EXPECT_EQ(size, 1);
+    // The other handle taken before follows the list now made, rather than making a second one.
+    sorvane_arf_Node* spine = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_add(&spine, early, "Spine", "spine", true, 0), 0);
+    EXPECT_EQ(sorvane_arf_NodeList_getSize(&size, nodes), 0);
+    EXPECT_EQ(size, 2);
+    sorvane_arf_Node_delete(spine);
+    sorvane_arf_Node_delete(hips);
+    sorvane_arf_NodeList_delete(early);
+    sorvane_arf_NodeList_delete(nodes);
+    sorvane_arf_Components_delete(components);
+    sorvane_arf_Arf_delete(arf);
+
+    // The same for the other optional lists, through accessors.
+    Arf doc = Arf::load(text);
+    auto skeletons = doc.components->skeletons.get();
+    auto skins = doc.components->skins.get();
+    doc.components->nodes->add("Hips", "root", std::nullopt);
+    skeletons.add(1, "body", std::nullopt);
+    auto mesh = doc.components->meshes->add("m", std::nullopt);
+    skins.add(mesh.id.get(), "skin", std::nullopt);
+    EXPECT_EQ(doc.components->skeletons.size(), 1);
+    EXPECT_EQ(doc.components->skins.size(), 1);
+    EXPECT_NE(doc.toJsonString({false, true, false}).find(R"("skeletons":[{"root":1,"joints":[],"name":"body","id":1}])"),
+              std::string::npos);
+
+    // Read-only documents still refuse, naming the list, and create nothing.
+    Arf readOnly = Arf::load(text, true);
+    auto absent = readOnly.components->nodes.get();
+    EXPECT_EQ(messageOf([&] { absent.add("Hips", "root", std::nullopt); }),
+              "Adding an item to components.nodes\nForbidden, read-only accessor");
+    EXPECT_FALSE(readOnly.components->nodes.isPropertyPresent());
+    // Other uses of an absent handle report it as before.
+    EXPECT_EQ(messageOf([&] { absent.size(); }), "Invalid node");
+}
