@@ -345,6 +345,9 @@ class Function:
                 outs[k] = b""
                 return
             n = size.value
+            if rc == 0 and n == 0:
+                outs[k] = b""
+                return
             buf = C.create_string_buffer(max(n, 1))
             args[k] = buf
             if raw(*args) != 0:
@@ -585,6 +588,8 @@ class Object:
         cap = snake_to_cap(name)
         if value is None and function(prefix + "remove" + cap):
             return function(prefix + "remove" + cap).on(self)
+        if isinstance(value, (list, tuple)) and any(isinstance(v, Object) for v in value):
+            value = [v.id if isinstance(v, Object) else v for v in value]  # references by their ids
         if isinstance(value, Object) or not function(prefix + f"set{cap}Index"):
             f = function(prefix + "set" + cap)
             if f is None and function(prefix + f"set{cap}ItemValues"):

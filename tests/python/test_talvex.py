@@ -184,6 +184,19 @@ class Texts(unittest.TestCase):
                 self.assertEqual(identity.name, name)
 
 
+    def test_byte_blocks_of_both_sizing_styles(self):
+        # The provider reports the size with status 0, a tensor's values with
+        # -1; both must also read an empty block.
+        with talvex.call("sorvane_archive_FileProvider_createMemory") as provider:
+            provider.create("a.bin", b"\x00\x01hello")
+            provider.create("empty", b"")
+            self.assertEqual(provider.get_data("a.bin", 0), b"\x00\x01hello")
+            self.assertEqual(provider.get_data("empty", 0), b"")
+        for data in (b"", bytes(range(16))):
+            with talvex.DataTree.from_python(memoryview(bytearray(data)).cast("f")) as tree:
+                self.assertEqual(tree.get_values(), data)
+
+
 class Payloads(unittest.TestCase):
     def test_dense_payload_equals_the_c_read(self):
         if not READER:
