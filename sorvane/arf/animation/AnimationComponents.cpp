@@ -7,7 +7,6 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/core/RuntimeException.h"
-#include "sorvane/core/math.h"
 
 namespace sorvane::arf {
 
@@ -101,22 +100,6 @@ void restPose(float* matrix, const std::vector<double>& m) {
     for (size_t i = 0; i < n; ++i) matrix[i] = static_cast<float>(m[i]);
 }
 
-// Stand-in for the node's own matrix until it lands in the document model.
-std::vector<double> nodeMatrix(const NodeNode& node) {
-    if (node.hasTransform()) return node.getTransform();
-    std::vector<double> m(16);
-    matrix4x4_init_double(m.data());
-    auto three = [](const std::vector<double>& v, size_t n) {
-        std::vector<double> r(n, 0.0);
-        std::copy_n(v.begin(), std::min(n, v.size()), r.begin());
-        return r;
-    };
-    if (node.hasTranslation()) matrix4x4_translation_lmul_double(m.data(), three(node.getTranslation(), 3).data());
-    if (node.hasRotation()) matrix4x4_quaternion_lmul_double(m.data(), three(node.getRotation(), 4).data());
-    if (node.hasScale()) matrix4x4_scale_lmul_double(m.data(), three(node.getScale(), 3).data());
-    return m;
-}
-
 } // namespace
 
 // ---- sets ----
@@ -208,7 +191,7 @@ void AnimationComponents::init(const Arf& arf) {
                     if (!joint) continue;
                     if (!nodes) SORVANE_THROW("There is no nodes in %s", components->getNodePath().c_str());
                     float matrix[16];
-                    restPose(matrix, nodeMatrix(*nodes->get(joint->getNode())));
+                    restPose(matrix, nodes->get(joint->getNode())->getTransformMatrix());
                     // A joint may be written without an id; it is then known by its position, as
                     // locations address joints.
                     skeleton->put(joint->hasId() ? joint->getId() : static_cast<long>(position), matrix);
