@@ -28,8 +28,8 @@ class FlatExtensionEmitter:
     def list_functions(self, record):
         L = record.name + "List"
         null = cstr(lower_first(L) + " is NULL")
-        h = f"{handle(L)}* self"
-        p = f"{handle(L)}_"
+        h = f"{handle(L, record.module)}* self"
+        p = f"{handle(L, record.module)}_"
         by_id = "a.remove(id)" if record.id_field else "a.removeByIndex(id)"
         return [
             Function(f"{p}remove", [h, "int64_t id"],
@@ -44,9 +44,9 @@ class FlatExtensionEmitter:
     def member_functions(self, record, f):
         A = record.name
         null = cstr(lower_first(A) + " is NULL")
-        h = f"{handle(A)}* self"
+        h = f"{handle(record)}* self"
         m = member_var(f)
-        p = f"{handle(A)}_"
+        p = f"{handle(record)}_"
         C = f.cap
         fns = []
         if f.type == "refs":
@@ -56,10 +56,10 @@ class FlatExtensionEmitter:
         if f.type == "list":
             # The list accessor of an absent optional list has no node to add
             # to; through its owner the list is made on the first record.
-            target = self.records.get(f.of)
+            target = self.records.get((record.module, f.of))
             if target is not None:
                 params, args = FlatEmitter.init_params(None, target)
-                fns.append(Function(f"{p}add{C}", [f"{handle(target.name)}** out", h] + params,
+                fns.append(Function(f"{p}add{C}", [f"{handle(target)}** out", h] + params,
                                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.addPtr({', '.join(args)}); }});",
                                     doc="adds a record to the child list, made when absent; arguments after self: "
                                     + ", ".join(params)))
