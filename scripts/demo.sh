@@ -58,7 +58,8 @@ echo
 echo "== Python: the talvex package in a fresh venv, printing the example avatar's skeleton"
 if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/python3 -m pip --version >/dev/null 2>&1; then
   /usr/bin/python3 -m venv --system-site-packages --without-pip "$work/venv"
-  cp -r python "$work/python"
+  mkdir "$work/python"
+  cp -r python/pyproject.toml python/setup.py python/README.md python/talvex "$work/python/"
   TALVEX_SOURCE_DIR=$PWD TALVEX_LIBRARY="$build/libtalvex.so" \
     "$work/venv/bin/python" -m pip install -q --no-build-isolation --no-deps "$work/python" >/dev/null
   "$work/venv/bin/python" examples/python/print_skeleton.py examples/avatar.arf.json

@@ -117,7 +117,8 @@ class Function:
                 kinds[i], kinds[i + 1], kinds[i + 2] = "arrin3", "size", "size"
                 i += 3
                 continue
-            if ct == "const void*" and nxt[1] == "int64_t" and _SIZE_NAME.search(nxt[0] or ""):
+            if (ct in ("const void*", "const uint8_t*", "const unsigned char*") and nxt[1] == "int64_t"
+                    and _SIZE_NAME.search(nxt[0] or "")):
                 kinds[i], kinds[i + 1] = "bufin", "size"
                 i += 2
                 continue
@@ -150,6 +151,69 @@ class Function:
         self.result_handle = None
         if self.c_result.endswith("*") and self.c_result[:-1] in HANDLE_TYPES:
             self.result_handle = self.c_result[:-1]
+        self.fast = self._compile()
+
+    def _compile(self):
+        """A call of its own for functions without size protocols: the plan
+        unrolled into straight code, which costs a fraction of the generic path."""
+        kinds = self.kinds
+        if self.groups or self.raw is None or self.result_handle is not None:
+            return None
+        if self.restype not in (C.c_int32, None):
+            return None
+        if any(k not in ("out", "hout", "vout", "handle", "str", "raw") for k in kinds):
+            return None
+        names = [f"a{j}" for j in range(len(self.inputs))]
+        # Every argument is converted here, so the call can go through a copy of
+        # the function without argtypes, which skips ctypes' own (slower)
+        # conversion; handle types are checked by name instead.
+        untyped = all(kinds[k] != "raw" or not self.params[k][1].endswith("*") for k in range(len(kinds)))
+        raw = self.raw
+        if untyped:
+            raw = lib[self.name]
+            raw.restype = self.restype
+        env = {"raw": raw, "LOCK": LOCK, "Error": Error, "slot_text": slot_text, "byref": C.byref,
+               "wrap": wrap, "ArgumentError": C.ArgumentError, "fname": self.name, "bad": _bad_handle}
+        pre, args, post = [], [], []
+        owner = None
+        pos = dict(zip(self.inputs, names))
+        for k, kind in enumerate(kinds):
+            if kind in ("out", "hout", "vout"):
+                env[f"T{k}"] = self.params[k][2]._type_
+                pre.append(f"    o{k} = T{k}()")
+                args.append(f"byref(o{k})")
+                if kind == "hout":
+                    env[f"N{k}"] = self.params[k][1][:-2]
+                    post.append(f"wrap(N{k}, o{k}, {{owner}}) if o{k} else None")
+                else:
+                    post.append(f"o{k}.value")
+            elif kind == "handle":
+                a = pos[k]
+                owner = owner or a
+                if untyped:
+                    env[f"N{k}"] = _pointee(self.params[k][1]).replace("const ", "")
+                    args.append(f"(None if {a} is None else {a}._ptr if {a}._c_name == N{k} else bad(fname, {a}, N{k}))")
+                else:
+                    args.append(f"(None if {a} is None else {a}._ptr)")
+            elif kind == "str":
+                a = pos[k]
+                args.append(f"({a}.encode() if isinstance({a}, str) else {a})")
+            elif untyped:
+                env[f"T{k}"] = self.params[k][2]
+                args.append(f"T{k}({pos[k]})")
+            else:
+                args.append(pos[k])
+        post = [x.replace("{owner}", owner if (self.alias and owner) else "None") for x in post]
+        check = "        if rc != 0:\n            raise Error(slot_text())\n" if self.restype is C.c_int32 else ""
+        src = (f"def call({', '.join(names)}):\n" + "\n".join(pre) + ("\n" if pre else "")
+               + "    with LOCK:\n        try:\n"
+               + f"            rc = raw({', '.join(args)})\n"
+               + "        except ArgumentError as e:\n            raise TypeError(f'{fname}: {e}') from None\n"
+               + check
+               + (f"    return {post[0]}\n" if len(post) == 1 else
+                  f"    return ({', '.join(post)})\n" if post else "    return None\n"))
+        exec(src, env)  # noqa: S102 - text built above from the prototype alone
+        return env["call"]
 
     def on(self, obj, *values):
         """The call with `obj` in the place of the first parameter of its handle type."""
@@ -162,7 +226,7 @@ class Function:
                     break
             self._self_pos[obj._c_name] = pos
         if pos == 0:
-            return self(obj, *values)
+            return (self.fast or self.generic)(obj, *values)
         values = list(values)
         values.insert(pos, obj)
         return self(*values)
@@ -174,6 +238,11 @@ class Function:
     # ----- call -----
 
     def __call__(self, *values):
+        if self.fast is not None:
+            return self.fast(*values)
+        return self.generic(*values)
+
+    def generic(self, *values):
         if self.raw is None:
             raise Error(f"{self.name} is not in the loaded library {library_path}")
         if len(values) != len(self.inputs):
@@ -195,6 +264,9 @@ class Function:
                 args[k] = v.encode("utf-8") if isinstance(v, str) else v
             elif kind == "bufin":
                 args[k], args[k + 1] = _buffer(v)
+                if p[k][2] is not C.c_void_p and args[k] is not None:
+                    keep = args[k]  # noqa: F841 - alive through the call
+                    args[k] = C.cast(C.c_char_p(keep) if isinstance(keep, bytes) else keep, p[k][2])
             elif kind == "arrin":
                 args[k], args[k + 1] = _array(v, p[k][2]._type_)
             elif kind == "arrin3":
@@ -273,6 +345,9 @@ class Function:
                 outs[k] = b""
                 return
             n = size.value
+            if rc == 0 and n == 0:
+                outs[k] = b""
+                return
             buf = C.create_string_buffer(max(n, 1))
             args[k] = buf
             if raw(*args) != 0:
@@ -296,6 +371,10 @@ class Function:
             if raw(*args) != 0:
                 raise Error(slot_text())
             outs[k] = list(arrays[0]) if len(arrays) == 1 else tuple(list(a) for a in arrays)
+
+
+def _bad_handle(fname, value, expected):
+    raise TypeError(f"{fname}: expected a {expected} handle, got {getattr(value, '_c_name', type(value).__name__)}")
 
 
 def _buffer(v):
@@ -329,8 +408,6 @@ def _array(v, element):
 
 
 FUNCTIONS = {}
-for _name, _header, _result, _params in _flat.FUNCTIONS:
-    FUNCTIONS[_name] = Function(_name, _header, _result, _params, _raw(_name, _result[1], _params))
 
 
 def function(name):
@@ -472,7 +549,11 @@ class Object:
             # An absent optional value reads as None; an absent child object or
             # list is still handed out, so that it can be filled.
             gives_object = any(getter.kinds[k] == "hout" for k in getter.results)
-            r = ("get", getter, None if gives_object else fn(prefix + "has" + cap))
+            has = None if gives_object else fn(prefix + "has" + cap)
+            if has is None and getter.fast is not None and len(getter.inputs) == 1:
+                r = ("get0", getter.fast)  # the common getter: one straight call
+            else:
+                r = ("get", getter, has)
         else:
             r = ("none",)
         attrs[name] = r
@@ -482,11 +563,14 @@ class Object:
         if name.startswith("_"):
             raise AttributeError(name)
         r = self._resolve(name)
+        _install(type(self), name, r)
         kind = r[0]
         if kind == "get":
             if r[2] is not None and not r[2].on(self):
                 return None
             return r[1].on(self)
+        if kind == "get0":
+            return r[1](self)
         if kind == "method":
             f = r[1]
             return lambda *args: f.on(self, *args)
@@ -504,6 +588,8 @@ class Object:
         cap = snake_to_cap(name)
         if value is None and function(prefix + "remove" + cap):
             return function(prefix + "remove" + cap).on(self)
+        if isinstance(value, (list, tuple)) and any(isinstance(v, Object) for v in value):
+            value = [v.id if isinstance(v, Object) else v for v in value]  # references by their ids
         if isinstance(value, Object) or not function(prefix + f"set{cap}Index"):
             f = function(prefix + "set" + cap)
             if f is None and function(prefix + f"set{cap}ItemValues"):
@@ -579,6 +665,30 @@ class Object:
         return self._call("getByName", name)
 
 
+def _install(cls, name, r):
+    """Puts a resolved attribute on the class itself, so that later reads are
+    a plain property or method lookup and not a miss through __getattr__."""
+    kind = r[0]
+    if kind == "get0":
+        fast = r[1]
+        setattr(cls, name, property(fast))
+    elif kind == "get":
+        getter, has = r[1], r[2]
+        if has is None:
+            setattr(cls, name, property(lambda self: getter.on(self)))
+        else:
+            setattr(cls, name, property(lambda self: getter.on(self) if has.on(self) else None))
+    elif kind == "method":
+        f = r[1]
+        setattr(cls, name, lambda self, *args: f.on(self, *args))
+    elif kind == "values":
+        cap = r[1]
+        setattr(cls, name, property(lambda self: ValueList(self, cap)))
+    elif kind == "ids":
+        f = r[1]
+        setattr(cls, name, property(lambda self: f.on(self)))
+
+
 def _function_prefix(c_name):
     # Handle types are named like the functions' class part, except the
     # provider reference, whose functions drop the "Ref".
@@ -652,3 +762,7 @@ class ValueList:
 
     def __repr__(self):
         return repr(self.values())
+
+
+for _name, _header, _result, _params in _flat.FUNCTIONS:
+    FUNCTIONS[_name] = Function(_name, _header, _result, _params, _raw(_name, _result[1], _params))

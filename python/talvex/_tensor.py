@@ -25,14 +25,15 @@ def empty(fmt, shape, use_numpy=True):
     if numpy is not None and use_numpy:
         arr = numpy.empty(tuple(shape), dtype=numpy.dtype(fmt))
         return arr, arr.ctypes.data
-    block = bytearray(count * ITEMSIZE[fmt])
-    address = C.addressof((C.c_char * len(block)).from_buffer(block)) if block else 0
-    return block, address
+    # A ctypes block is calloc'ed: fresh zero pages, not a memset of the whole
+    # block as bytearray does, which costs more than the read itself.
+    block = (C.c_char * (count * ITEMSIZE[fmt]))()
+    return block, C.addressof(block) if count else 0
 
 
 def finish(block, fmt, shape):
     """The array (numpy) or a memoryview of `block` with its format and shape."""
-    if numpy is not None and not isinstance(block, bytearray):
+    if not isinstance(block, (C.Array, bytearray)):
         return block
     view = memoryview(block).cast("B").cast(fmt)
     if len(shape) > 1 and all(shape):
