@@ -507,6 +507,22 @@ class BadInput(unittest.TestCase):
                         with open(path, "wb") as f:
                             f.write(data)
                         self.survive(name, lambda: talvex.Gltf.load(path, read_only=True).to_json())
+        if "sorvane_gltf2_Gltf_load" in talvex.FUNCTIONS:
+            # No seed corpus for .glb yet: damaged copies of a good file.
+            import struct
+            (_, glb), _ = gltf_files(work)
+            with open(glb, "rb") as f:
+                good = f.read()
+            damaged = [good[:n] for n in (0, 4, 11, 12, 19, 20, 40, len(good) - 1)]
+            damaged += [good[:8] + struct.pack("<I", 1 << 31) + good[12:],  # total length past the file
+                        good[:12] + struct.pack("<I", 1 << 30) + good[16:],  # JSON chunk past the file
+                        good[:16] + b"XXXX" + good[20:],  # chunk type
+                        b"glTF" + struct.pack("<I", 1) + good[8:]]  # version 1
+            for i, data in enumerate(damaged):
+                path = os.path.join(work, f"damaged{i}.glb")
+                with open(path, "wb") as f:
+                    f.write(data)
+                self.survive(path, lambda: [a.tensor() for a in talvex.Gltf.load(path, read_only=True).accessors])
         for name, data in self.corpus("data_payload"):
             self.survive(name, lambda: payload(data, "sparse" if name.startswith("sparse") else "dense"))
 
