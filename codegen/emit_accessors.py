@@ -69,6 +69,8 @@ class AccessorEmitter:
             kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
             return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
+            if f.read_default is not None:
+                return f"DefaultValueMember<{N}, {d}>"
             return f"ValueMember<{N}, {d}>"
         if f.is_list:
             return f"ValueListMember<{N}, {d}>"
@@ -93,6 +95,8 @@ class AccessorEmitter:
             k = VALUE_KINDS[f.type]
             o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
             o.append(f"    using Value = {k['cpp']};")
+            if f.read_default is not None:
+                o.append(f"    static constexpr const char* kDefault = {cstr(f.read_default)};")
             o.append(f"    static {k['ret']} get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const Value& v) {{ n.set{C}(v); }}")
         elif f.is_list:

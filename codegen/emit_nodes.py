@@ -89,6 +89,9 @@ class NodeEmitter:
         lines = []
         if f.is_value:
             k = VALUE_KINDS[f.type]
+            if f.read_default is not None:
+                lines.append(f"// Reads as k{C}Default while absent; written only when set.")
+                lines.append(f"static const std::string k{C}Default;")
             if f.optional:
                 lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
                 lines.append(f"{k['ret']} get{C}() const;")
@@ -278,7 +281,10 @@ class NodeEmitter:
         o = []
         if f.is_value:
             k = VALUE_KINDS[f.type]
-            if f.optional:
+            if f.read_default is not None:
+                o.append(f"const std::string {N}::k{C}Default = {cstr(f.read_default)};")
+                o.append(f"{k['ret']} {N}::get{C}() const {{ return {m} ? *{m} : k{C}Default; }}")
+            elif f.optional:
                 o.append(f"{k['ret']} {N}::get{C}() const {{")
                 o.append(f"    if (!{m}) failNoValue({key});")
                 o.append(f"    return *{m};")

@@ -44,7 +44,13 @@ class Field:
         self.default = desc.get("default")
         self.of = desc.get("of")
         self.target = desc.get("target")
+        # An optional value that reads as this default while absent and is
+        # not written then (a read default, unlike "default", which is the
+        # value incompleteInit puts into an always-written member).
+        self.read_default = desc.get("readDefault")
         where = f"{record.name}.{self.key}"
+        if self.read_default is not None and (self.type != "string" or desc.get("presence") != "optional"):
+            raise SchemaError(f"{where}: 'readDefault' needs an optional string")
         if self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS:
             raise SchemaError(f"{where}: unknown type {self.type}")
         if self.presence not in PRESENCES:

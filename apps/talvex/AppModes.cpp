@@ -8,6 +8,7 @@
 namespace talvex_app {
 
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
@@ -23,6 +24,7 @@ AppModes::AppModes() {
     addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
+    addMode("links", createLinksMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "sorvane/arf/property/Property.h"
@@ -71,7 +72,7 @@ public:
     Item add(A&&... args) {
         ListNodeT& n = node();
         checkWritable(Change::ListAdd, n.getNodePath());
-        return Item(propertyRoot, n.add(std::forward<A>(args)...), false);
+        return Item(propertyRoot, n.add(initArgument(std::forward<A>(args))...), false);
     }
     template <class... A>
     Item* addPtr(A&&... args) {
@@ -113,6 +114,13 @@ public:
     Iterator end() const { return Iterator(this, size()); }
 
 protected:
+    // Texts reach init as constant text pointers; a std::string is taken too.
+    template <class T>
+    static decltype(auto) initArgument(T&& value) {
+        if constexpr (std::is_same_v<std::decay_t<T>, std::string>) return value.c_str();
+        else return std::forward<T>(value);
+    }
+
     ListNodeT& node() const {
         if (!nodeRef) failInvalidNode();
         return *nodeRef;

@@ -114,6 +114,32 @@ public:
     }
 };
 
+// An optional text that reads as a default while absent (GaussianSplatSet::
+// Mode). The default is not written: removing the value goes back to it.
+template <class NodeT, class D>
+class SORVANE_API DefaultValueMember : public ValueMember<NodeT, D> {
+public:
+    using Base = ValueMember<NodeT, D>;
+    using Value = typename D::Value;
+
+    static inline const Value defaultValue = D::kDefault;
+
+    DefaultValueMember() = default;
+    DefaultValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    void outputRepresentation(std::ostream& out) const override {
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, get());
+    }
+
+    const Value& get() const {
+        const NodeT& n = this->node();
+        return D::has(n) ? D::get(n) : defaultValue;
+    }
+    const char* c_str() const { return get().c_str(); }
+};
+
 // A list of texts, integers or numbers, references included.
 template <class NodeT, class D>
 class SORVANE_API ValueListMember : public MemberProperty<NodeT, D> {
@@ -344,6 +370,8 @@ public:
         return Object(this->propertyRoot, value, this->propertyReadOnly);
     }
     Object* getPtr() const { return new Object(get()); }
+    // The value under a key of the object, which may not exist yet.
+    ObjectItem operator[](const std::string& key) const { return get().get(key); }
 
     void removeProperty() {
         static_assert(D::kOptional, "only optional members can be removed");
