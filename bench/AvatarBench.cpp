@@ -95,6 +95,7 @@ bool walk(sorvane::archive::JsonImporter& in, std::string& scratch) {
 // The document as writer calls: keys, texts, integers, numbers, brackets.
 struct Event {
     enum Kind { BeginObject, EndObject, BeginArray, EndArray, Key, Text, Integer, Number, IntegerList, NumberList };
+    explicit Event(Kind kind_, std::string text_ = std::string()) : kind(kind_), text(std::move(text_)) {}
     Kind kind;
     std::string text;
     int64_t integer = 0;
@@ -107,13 +108,13 @@ struct Event {
 void record(sorvane::archive::JsonImporter& in, std::vector<Event>& events) {
     std::string s;
     if (in.nextBeginObject()) {
-        events.push_back({Event::BeginObject});
+        events.emplace_back(Event::BeginObject);
         while (in.nextObjectItem(s)) {
-            events.push_back({Event::Key, s});
+            events.emplace_back(Event::Key, s);
             record(in, events);
         }
         in.nextEndObject();
-        events.push_back({Event::EndObject});
+        events.emplace_back(Event::EndObject);
         return;
     }
     std::vector<int64_t> integers;
@@ -131,14 +132,14 @@ void record(sorvane::archive::JsonImporter& in, std::vector<Event>& events) {
         return;
     }
     if (in.nextBeginArray()) {
-        events.push_back({Event::BeginArray});
+        events.emplace_back(Event::BeginArray);
         while (in.nextArrayItem()) record(in, events);
         in.nextEndArray();
-        events.push_back({Event::EndArray});
+        events.emplace_back(Event::EndArray);
         return;
     }
     if (in.nextString(s)) {
-        events.push_back({Event::Text, s});
+        events.emplace_back(Event::Text, s);
     } else if (auto i = in.nextInteger()) {
         Event e{Event::Integer};
         e.integer = *i;
