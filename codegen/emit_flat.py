@@ -149,8 +149,10 @@ class FlatEmitter:
                     fns.append(Function(f"{p}set{C}Item", [h, "int64_t index", f"{T}* item"],
                                         f"if (self && !item) return flat::fail(\"item is NULL\");\n    "
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.setTarget(index, *item); }});"))
+                # An absent optional list reads as no values, as its size reads 0.
+                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()" if f.optional else f"a.{m}.get()")
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
-                                    f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return a.{m}.get(); }});"))
+                                    f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return {read}; }});"))
                 fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],
                                     f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::array(values, count)); }});"))
         elif f.type == "object":

@@ -30,5 +30,6 @@ SORVANE_API void sorvane_clearErrorMessage(void);
 #include "sorvane/flat/sorvane_arf.h"
 #include "sorvane/flat/sorvane_datatree.h"
 #include "sorvane/flat/sorvane_stream.h"
+#include "sorvane/flat/sorvane_animation.h"
 
 #endif

@@ -7,11 +7,13 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
+sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
 
 template <class M>
 static sorvane::Mode* make(args::ArgumentParser& parser) {
@@ -32,6 +34,9 @@ AppModes::AppModes() {
     addMode("stream-make", createStreamMakeMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
+    addCategory("Checks");
+    addMode("compare-tensors", createCompareTensorsMode);
+    addMode("validate", createValidateMode);
 }
 
 } // namespace talvex_app
