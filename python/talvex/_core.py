@@ -117,7 +117,8 @@ class Function:
                 kinds[i], kinds[i + 1], kinds[i + 2] = "arrin3", "size", "size"
                 i += 3
                 continue
-            if ct == "const void*" and nxt[1] == "int64_t" and _SIZE_NAME.search(nxt[0] or ""):
+            if (ct in ("const void*", "const uint8_t*", "const unsigned char*") and nxt[1] == "int64_t"
+                    and _SIZE_NAME.search(nxt[0] or "")):
                 kinds[i], kinds[i + 1] = "bufin", "size"
                 i += 2
                 continue
@@ -263,6 +264,9 @@ class Function:
                 args[k] = v.encode("utf-8") if isinstance(v, str) else v
             elif kind == "bufin":
                 args[k], args[k + 1] = _buffer(v)
+                if p[k][2] is not C.c_void_p and args[k] is not None:
+                    keep = args[k]  # noqa: F841 - alive through the call
+                    args[k] = C.cast(C.c_char_p(keep) if isinstance(keep, bytes) else keep, p[k][2])
             elif kind == "arrin":
                 args[k], args[k + 1] = _array(v, p[k][2]._type_)
             elif kind == "arrin3":
@@ -341,6 +345,9 @@ class Function:
                 outs[k] = b""
                 return
             n = size.value
+            if rc == 0 and n == 0:
+                outs[k] = b""
+                return
             buf = C.create_string_buffer(max(n, 1))
             args[k] = buf
             if raw(*args) != 0:
@@ -581,6 +588,8 @@ class Object:
         cap = snake_to_cap(name)
         if value is None and function(prefix + "remove" + cap):
             return function(prefix + "remove" + cap).on(self)
+        if isinstance(value, (list, tuple)) and any(isinstance(v, Object) for v in value):
+            value = [v.id if isinstance(v, Object) else v for v in value]  # references by their ids
         if isinstance(value, Object) or not function(prefix + f"set{cap}Index"):
             f = function(prefix + "set" + cap)
             if f is None and function(prefix + f"set{cap}ItemValues"):

@@ -123,6 +123,28 @@ class Errors(unittest.TestCase):
             c_text = subprocess.run([READER, path, "--slot"], capture_output=True, text=True).stdout
             self.assertEqual(str(self._error(lambda: talvex.Arf.load(path))), c_text)
 
+    def test_threads_each_read_their_own_failure(self):
+        # The slot is one per process and ctypes lets other threads run during
+        # a call: each failure must still carry its own call's text.
+        import threading
+        mismatches = []
+
+        def fail_often(tag):
+            path = os.path.join(SOURCE, "no such dir", tag + ".arf")
+            for _ in range(300):
+                try:
+                    talvex.Arf.load(path)
+                except talvex.Error as e:
+                    if tag + ".arf" not in str(e):
+                        mismatches.append(str(e))
+
+        threads = [threading.Thread(target=fail_often, args=(f"t{i}",)) for i in range(4)]
+        for t in threads:
+            t.start()
+        for t in threads:
+            t.join()
+        self.assertEqual(mismatches, [])
+
     def _error(self, call):
         with self.assertRaises(talvex.Error) as caught:
             call()
@@ -160,6 +182,19 @@ class Texts(unittest.TestCase):
                 name = "".join(chr(0x41 + i % 26) for i in range(n - 1)) + ("\u00e9" if n else "")
                 identity.name = name
                 self.assertEqual(identity.name, name)
+
+
+    def test_byte_blocks_of_both_sizing_styles(self):
+        # The provider reports the size with status 0, a tensor's values with
+        # -1; both must also read an empty block.
+        with talvex.call("sorvane_archive_FileProvider_createMemory") as provider:
+            provider.create("a.bin", b"\x00\x01hello")
+            provider.create("empty", b"")
+            self.assertEqual(provider.get_data("a.bin", 0), b"\x00\x01hello")
+            self.assertEqual(provider.get_data("empty", 0), b"")
+        for data in (b"", bytes(range(16))):
+            with talvex.DataTree.from_python(memoryview(bytearray(data)).cast("f")) as tree:
+                self.assertEqual(tree.get_values(), data)
 
 
 class Payloads(unittest.TestCase):
@@ -211,6 +246,86 @@ class Streams(unittest.TestCase):
                 self.assertEqual([units[2][1].get_blendshape_id(i) for i in range(2)], [5, 6])
                 if not little:  # the little-endian writer drops the duration (reported; not this package's)
                     self.assertEqual(units[1][1].duration, 40)
+
+
+def needs(name):
+    """Skips a test until the library has the function."""
+    return unittest.skipUnless(name in talvex.FUNCTIONS, f"{name} is not in this library yet")
+
+
+class Images(unittest.TestCase):
+    @needs("sorvane_loadImagePtr")
+    def test_png_saved_and_decoded_equal(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        rows, cols = 3, 5
+        pixels = memoryview(bytearray((i * 7) % 256 for i in range(rows * cols * 3))).cast("B", [rows, cols, 3])
+        path = os.path.join(work, "p.png")
+        talvex.save_image(path, {"imageFormat": 2, "pixelFormat": 1, "pixels": pixels})
+        with talvex.load_image(path) as image:
+            self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+            self.assertEqual(list(talvex.pixels(image, use_numpy=False).shape), [rows, cols, 3])
+        with open(path, "rb") as f:
+            with talvex.decode_image(f.read(), "p.png") as image:
+                self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+        if READER:
+            c_bytes = subprocess.run([READER, path, "--image"], capture_output=True, check=True).stdout
+            self.assertEqual(c_bytes, pixels.tobytes())
+
+
+def gltf_files(directory):
+    """The same two-accessor document as .gltf (buffer embedded as a data uri) and as .glb."""
+    import json
+    import struct
+    values = struct.pack("<6f", 0.0, 1.0, 2.0, 3.5, 4.0, -5.0) + struct.pack("<3H", 0, 1, 2) + b"\0\0"
+    doc = {"asset": {"version": "2.0"},
+           "buffers": [{"byteLength": len(values)}],
+           "bufferViews": [{"buffer": 0, "byteLength": 24}, {"buffer": 0, "byteOffset": 24, "byteLength": 6}],
+           "accessors": [{"bufferView": 0, "componentType": 5126, "count": 2, "type": "VEC3"},
+                         {"bufferView": 1, "componentType": 5123, "count": 3, "type": "SCALAR"}]}
+    text_doc = json.loads(json.dumps(doc))
+    text_doc["buffers"][0]["uri"] = "data:application/octet-stream;base64," + base64.b64encode(values).decode()
+    gltf = os.path.join(directory, "two.gltf")
+    with open(gltf, "w", encoding="utf-8") as f:
+        json.dump(text_doc, f)
+    chunk = json.dumps(doc).encode()
+    chunk += b" " * (-len(chunk) % 4)
+    glb_bytes = (struct.pack("<III", 0x46546C67, 2, 12 + 8 + len(chunk) + 8 + len(values))
+                 + struct.pack("<II", len(chunk), 0x4E4F534A) + chunk
+                 + struct.pack("<II", len(values), 0x004E4942) + values)
+    glb = os.path.join(directory, "two.glb")
+    with open(glb, "wb") as f:
+        f.write(glb_bytes)
+    return (gltf, glb), values
+
+
+class Gltf(unittest.TestCase):
+    @needs("sorvane_gltf2_Gltf_load")
+    def test_accessor_tensors_of_gltf_and_glb_equal_the_c_read(self):
+        paths, values = gltf_files(tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR")))
+        for path in paths:
+            with self.subTest(path=os.path.basename(path)), talvex.Gltf.load(path, read_only=True) as gltf:
+                positions, indices = gltf.accessors
+                self.assertEqual((positions.type, positions.count, positions.component_type), ("VEC3", 2, 5126))
+                self.assertEqual(tobytes(positions.tensor()), values[:24])
+                self.assertEqual(list(positions.tensor(use_numpy=False).shape), [2, 3])
+                self.assertEqual(tobytes(indices.tensor()), values[24:30])
+                if READER:
+                    c_bytes = subprocess.run([READER, path, "--accessor"], capture_output=True, check=True).stdout
+                    self.assertEqual(c_bytes, values[:24])
+
+    @needs("sorvane_gltf2_Gltf_saveAs")
+    def test_gltf_and_glb_saved_and_reloaded_equal(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        paths, values = gltf_files(work)
+        for source in paths:
+            for suffix in (".gltf", ".glb"):
+                with self.subTest(source=os.path.basename(source), to=suffix):
+                    target = os.path.join(work, "out" + os.path.basename(source) + suffix)
+                    with talvex.Gltf.load(source) as gltf:
+                        gltf.save_as(target)
+                    with talvex.Gltf.load(target, read_only=True) as again:
+                        self.assertEqual(tobytes(again.accessors[0].tensor()), values[:24])
+                        self.assertEqual(tobytes(again.accessors[1].tensor()), values[24:30])
 
 
 class LaterFamilies(unittest.TestCase):
@@ -316,7 +431,8 @@ class Binding(unittest.TestCase):
 
 class BadInput(unittest.TestCase):
     def corpus(self, target):
-        files = sorted(glob.glob(os.path.join(SOURCE, "fuzz", "corpus", target, "*")))
+        files = sorted(f for f in glob.glob(os.path.join(SOURCE, "fuzz", "corpus", target, "**"), recursive=True)
+                       if os.path.isfile(f))
         self.assertTrue(files, target)
         for path in files:
             with open(path, "rb") as f:
@@ -366,6 +482,17 @@ class BadInput(unittest.TestCase):
                 item.tensor()
                 item.tensor(use_numpy=False)
 
+        if "sorvane_createImagePtr" in talvex.FUNCTIONS:
+            for name, data in self.corpus("image_decode"):
+                self.survive(name, lambda: talvex.pixels(talvex.decode_image(data, name)))
+        if "sorvane_gltf2_Gltf_load" in talvex.FUNCTIONS:
+            for target, suffix in (("glb_decode", ".glb"), ("gltf_load", ".gltf")):
+                if os.path.isdir(os.path.join(SOURCE, "fuzz", "corpus", target)):
+                    for name, data in self.corpus(target):
+                        path = os.path.join(work, name + suffix)
+                        with open(path, "wb") as f:
+                            f.write(data)
+                        self.survive(name, lambda: talvex.Gltf.load(path, read_only=True).to_json())
         for name, data in self.corpus("data_payload"):
             self.survive(name, lambda: payload(data, "sparse" if name.startswith("sparse") else "dense"))
 

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "sorvane/arf/node/AbstractNode.h"
 #include "sorvane/arf/property/Property.h"
 #include "sorvane/core/RuntimeException.h"
 
