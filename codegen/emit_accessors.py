@@ -68,6 +68,9 @@ class AccessorEmitter:
         if target:
             ns = "::" + target.namespace
             kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
+            # A single reference to a data item also forwards the item's payload reads.
+            if f.type == "ref" and target.accessor_base == "DataReads":
+                kind = "DataReferenceMember"
             return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
             if f.read_default is not None:

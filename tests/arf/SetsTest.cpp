@@ -124,7 +124,9 @@ TEST(Sets, ReferencesResolveAgainstTheirOwnLists) {
               "Setting components.landmarkSets[1].baseMesh: Invalid id 7 in data");
     EXPECT_EQ(messageOf([&] { landmarks.faces.get(); }), "In components.landmarkSets[1]: No faces");
     landmarks.faces.set(3);
-    EXPECT_EQ(landmarks.faces.get().getTensor().getTensorSizes(), (std::vector<long>{2, 3}));
+    // A reference to a data item reads its payload itself.
+    EXPECT_EQ(landmarks.faces.getTensor().getTensorSizes(), (std::vector<long>{2, 3}));
+    EXPECT_EQ(landmarks.faces.getDataSize(), landmarks.faces.get().getDataSize());
     auto shapes = c.blendshapeSets.add(7, "b", std::nullopt);
     EXPECT_EQ(shapes.baseMesh.get().name.get(), "m");
     EXPECT_EQ(messageOf([&] { shapes.baseMesh.set(1); }),

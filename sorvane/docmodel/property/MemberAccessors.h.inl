@@ -204,6 +204,41 @@ public:
     bool operator==(const Acc& target) const { return getIndex() == target.getPropertyId(); }
 };
 
+// A reference to one data item (ShapeKey::Shape, AssociationChannel::Input):
+// the item's payload reads, forwarded to the record it names.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API DataReferenceMember : public ReferenceMember<NodeT, Acc, TargetList, D> {
+public:
+    using Base = ReferenceMember<NodeT, Acc, TargetList, D>;
+
+    DataReferenceMember() = default;
+    DataReferenceMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    template <class... A>
+    decltype(auto) getDataSize(A&&... a) const { return this->get().getDataSize(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getData(A&&... a) const { return this->get().getData(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getString(A&&... a) const { return this->get().getString(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getTensorData(A&&... a) const { return this->get().getTensorData(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getTensor(A&&... a) const { return this->get().getTensor(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getTensorPtr(A&&... a) const { return this->get().getTensorPtr(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getColSparseTensorData(A&&... a) const {
+        return this->get().getColSparseTensorData(std::forward<A>(a)...);
+    }
+    template <class... A>
+    decltype(auto) getColSparseTensor(A&&... a) const { return this->get().getColSparseTensor(std::forward<A>(a)...); }
+    template <class... A>
+    decltype(auto) getColSparseTensorPtr(A&&... a) const {
+        return this->get().getColSparseTensorPtr(std::forward<A>(a)...);
+    }
+};
+
 // A list of references (Mesh::Data, Node::Children): the ids as values, and
 // the records they name through getTarget.
 template <class NodeT, class Acc, class TargetList, class D>
