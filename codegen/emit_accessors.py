@@ -68,9 +68,6 @@ class AccessorEmitter:
         if target:
             ns = "::" + target.namespace
             kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
-            # A single reference to a data item also forwards the item's payload reads.
-            if f.type == "ref" and target.accessor_base == "DataReads":
-                kind = "DataReferenceMember"
             return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
             if f.read_default is not None:
@@ -166,6 +163,9 @@ class AccessorEmitter:
         o.append("public:")
         for f in fields:
             o.append(f"    using {f.cap} = {self.member_type(record, f)};")
+            if f.type == "refs" and f.target_record(self.records):
+                # The accessor of one position of the list.
+                o.append(f"    using {f.cap}Item = {f.cap}::Item;")
         o.append("")
         o.append(f"    {A}();")
         o.append(f"    {A}(const std::shared_ptr<RootNode>& root, const std::shared_ptr<{N}>& node, bool readOnly);")

@@ -32,7 +32,7 @@ void follow(const Member& member) {
 
 template <class Member>
 void followAll(const Member& member) {
-    for (int64_t i = 0; i < member.size(); ++i) attempt([&] { member.getTarget(i).getPropertyPath(); });
+    for (int64_t i = 0; i < member.size(); ++i) attempt([&] { member.getItem(i).get().getPropertyPath(); });
 }
 
 void readTensor(const Data& item) {

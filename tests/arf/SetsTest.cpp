@@ -88,8 +88,8 @@ TEST(Sets, ReadInAnyOrderWrittenInTheFixedOrder) {
     EXPECT_EQ(skin.landmarkSet.get().baseMesh.get().name.get(), "d1");  // a landmark base mesh is a data item
     EXPECT_EQ(skin.textureSet.get().targets.get().get(1).texture.get().name.get(), "d2");
     auto lod = arf.structure->assets[1].lods[1];
-    EXPECT_EQ(lod.gaussianSplatSets.getTarget(0).mode.get(), "free");
-    EXPECT_EQ(lod.attachmentSets.getTarget(0).node_.get().mapping.get(), "Root");
+    EXPECT_EQ(lod.gaussianSplatSets.getItem(0).get().mode.get(), "free");
+    EXPECT_EQ(lod.attachmentSets.getItem(0).get().node_.get().mapping.get(), "Root");
     EXPECT_EQ(c.blendshapeSets[1].shapes[1].getPropertyPath(), "components.blendshapeSets[1].shapes[1]");
     EXPECT_EQ(c.gaussianSplatSets[1].attributes["k"].getItem().getString(), "v");
 }
@@ -151,7 +151,7 @@ TEST(Sets, ReferencesResolveAgainstTheirOwnLists) {
     // A removed target leaves the id, which fails only when followed.
     arf.data.get().remove(2);
     EXPECT_EQ(attach.vertices.get(0), 2);
-    EXPECT_EQ(messageOf([&] { attach.vertices.getTarget(0); }), "Getting item from data: Invalid id 2");
+    EXPECT_EQ(messageOf([&] { attach.vertices.getItem(0).get(); }), "Getting item from data: Invalid id 2");
 }
 
 TEST(Sets, InitChecksInTheirOrderAndLeaveTheListAlone) {
