@@ -15,6 +15,7 @@ sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createSkeletonMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -31,6 +32,7 @@ AppModes::AppModes() {
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
     addMode("links", createLinksMode);
+    addMode("skeleton", createSkeletonMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");
