@@ -10,6 +10,7 @@ namespace talvex_app {
 sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
@@ -34,6 +35,8 @@ AppModes::AppModes() {
     addCategory("Animation");
     addMode("stream-dump", createStreamDumpMode);
     addMode("stream-make", createStreamMakeMode);
+    addCategory("glTF");
+    addMode("gltf-info", createGltfInfoMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
     addCategory("Images");
