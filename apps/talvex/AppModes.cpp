@@ -11,6 +11,7 @@ sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createFrameworksMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
@@ -42,6 +43,8 @@ AppModes::AppModes() {
     addMode("stream-make", createStreamMakeMode);
     addMode("frameworks", createFrameworksMode);
     addMode("pose", createPoseMode);
+    addCategory("glTF");
+    addMode("gltf-info", createGltfInfoMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
     addCategory("Images");

@@ -11,17 +11,26 @@
 
 namespace talvex_app {
 
+bool isGltfPath(const std::string& path);
+void convertGltf(const std::string& input, const std::string& output);
+
 ConvertMode::ConvertMode(args::ArgumentParser& parser_)
     : Mode(parser_),
-      input(parser_, "IN", "the document to read (.arf/.json, .arfz/.zip)", args::Options::Required),
+      input(parser_, "IN", "the document to read (.arf/.json, .arfz/.zip, or glTF .gltf/.glb)", args::Options::Required),
       output(parser_, "OUT", "the document to write; its extension chooses the storage mode", args::Options::Required) {
     parser_.Description("Writes an ARF document again in the storage mode of OUT: a main JSON file with its "
                         "payload files (.arf, .json) or an archive (.arfz, .zip). Every payload is carried across; "
-                        "embedded ones stay embedded.");
+                        "embedded ones stay embedded. A glTF document (.gltf, .glb) is written in the form of OUT "
+                        "with its buffers packed into one: the BIN chunk, or one .bin beside the .gltf.");
 }
 
 void ConvertMode::execute() {
     using namespace sorvane::arf;
+    if (isGltfPath(args::get(input)) || isGltfPath(args::get(output))) {
+        convertGltf(args::get(input), args::get(output));
+        std::cout << args::get(input) << " -> " << args::get(output) << std::endl;
+        return;
+    }
     Arf source = Arf::load(args::get(input), true);
     Arf target = saveArfAs(source, args::get(output));
     std::cout << args::get(input) << " (" << source.getStorageMode() << ") -> " << args::get(output) << " ("

@@ -120,6 +120,16 @@ public:
                              std::optional<int64_t> id = std::nullopt) {
         return new Data(addSparseTensor(tensor, itype, embedded, uri, name, id));
     }
+    template <class Source>
+    Data addGlb(const char* uri, const Source& source, const char* name = nullptr,
+                std::optional<int64_t> id = std::nullopt) {
+        return get().addGlb(uri, source, name, id);
+    }
+    template <class Source>
+    Data* addGlbPtr(const char* uri, const Source& source, const char* name = nullptr,
+                    std::optional<int64_t> id = std::nullopt) {
+        return new Data(addGlb(uri, source, name, id));
+    }
     Data addContent(const void* content, int64_t size, bool embedded, const char* type, const char* uri = nullptr,
                     const char* name = nullptr, std::optional<int64_t> id = std::nullopt) {
         return get().addContent(content, size, embedded, type, uri, name, id);

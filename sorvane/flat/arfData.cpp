@@ -119,4 +119,12 @@ int32_t sorvane_arf_DataList_addSparseTensor(sorvane_arf_Data** out, sorvane_arf
     });
 }
 
+int32_t sorvane_arf_DataList_addGlb(sorvane_arf_Data** out, sorvane_arf_DataList* self, const char* uri,
+                                    const char* localFile, const char* name, bool autoId, int64_t id) {
+    return flat::get(out, kDataList, self, [&](DataList& l) {
+        const std::string file = flat::str(localFile);
+        return l.addGlbPtr(uri, file.c_str(), name, idOf(autoId, id));
+    });
+}
+
 } // extern "C"

@@ -62,6 +62,9 @@ SORVANE_API int32_t sorvane_arf_DataList_addSparseFromDense(sorvane_arf_Data** o
 SORVANE_API int32_t sorvane_arf_DataList_addSparseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                          DataTree* tensor, int32_t itype, bool embedded,
                                                          const char* uri, const char* name, bool autoId, int64_t id);
+/* A binary glTF item: a copy of the file at localFile stored under uri. */
+SORVANE_API int32_t sorvane_arf_DataList_addGlb(sorvane_arf_Data** out, sorvane_arf_DataList* self, const char* uri,
+                                                const char* localFile, const char* name, bool autoId, int64_t id);
 
 #ifdef __cplusplus
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/file.h"
@@ -145,12 +146,6 @@ void RootNode::close() {
 
 namespace {
 
-// A uri that names a place outside the document: a root directory or a drive.
-bool isAbsoluteUri(const std::string& uri) {
-    if (!uri.empty() && (uri[0] == '/' || uri[0] == '\\')) return true;
-    return uri.size() >= 2 && std::isalpha(static_cast<unsigned char>(uri[0])) && uri[1] == ':';
-}
-
 std::string withNumber(const std::string& base, int64_t number) {
     if (number < 0) return base;
     return base.empty() ? std::to_string(number) : base + "_" + std::to_string(number);
@@ -165,7 +160,7 @@ std::string RootNode::findFreeFileName(const char* uri, const char* name, int64_
     };
     std::string base;
     if (uri) {
-        if (isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
+        if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
         base = uri;
         if (isFree(base)) return base;
     } else if (storageMode == MULTIPLE_FILES) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <unordered_map>
 
+#include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/base64.h"
 #include "sorvane/arf/format/dense.h"
@@ -22,19 +23,11 @@ bool isDataUri(const std::string& uri) { return uri.compare(0, sizeof kDataPrefi
 
 // A payload file must stay inside the document: no root, no drive, no "..".
 void checkRelativeUri(const DataNode& node, const std::string& uri) {
-    const bool absolute = (!uri.empty() && (uri[0] == '/' || uri[0] == '\\')) ||
-                          (uri.size() >= 2 && std::isalpha(static_cast<unsigned char>(uri[0])) && uri[1] == ':');
-    if (absolute)
+    if (archive::isAbsoluteUri(uri))
         SORVANE_THROW("Getting data from %s:\nuri '%s' is absolute", node.getNodePath().c_str(), uri.c_str());
-    size_t start = 0;
-    while (start <= uri.size()) {
-        size_t end = uri.find_first_of("/\\", start);
-        if (end == std::string::npos) end = uri.size();
-        if (uri.compare(start, end - start, "..") == 0 && end - start == 2)
-            SORVANE_THROW("Getting data from %s:\nuri '%s' leaves the document's folder", node.getNodePath().c_str(),
-                          uri.c_str());
-        start = end + 1;
-    }
+    if (archive::climbsOutOfFolder(uri))
+        SORVANE_THROW("Getting data from %s:\nuri '%s' leaves the document's folder", node.getNodePath().c_str(),
+                      uri.c_str());
 }
 
 // The bytes of an item in a store: its "byteLength" at its "offset", or the

@@ -11,6 +11,10 @@
 #include "sorvane/core/Export.h"
 #include "sorvane/datatree/DataTree.h"
 
+namespace sorvane::gltf2 {
+class Gltf;
+}
+
 namespace sorvane::arf {
 
 class DataNode;
@@ -48,6 +52,9 @@ public:
     // The pair (values, column indices), K clamped to [minCols, maxCols].
     static std::pair<DataTree, DataTree> getColSparseTensor(const DataNode& node, long minCols, long maxCols,
                                                             bool normalize);
+    // The item as a glTF document (type "model/gltf-binary"), opened in its folder.
+    static gltf2::Gltf getGltf(const DataNode& node, bool readOnly);
+    static gltf2::Gltf* getGltfPtr(const DataNode& node, bool readOnly);
     static std::pair<DataTree, DataTree>* getColSparseTensorPtr(const DataNode& node, long minCols, long maxCols,
                                                                 bool normalize);
 

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "sorvane/archive/BitBuffer.h"
+#include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/base64.h"
 #include "sorvane/arf/format/dense.h"
@@ -32,18 +33,6 @@ void putPositions(std::vector<uint8_t>& out, const std::vector<int64_t>& positio
         const I v = static_cast<I>(positions[i]);  // wraps when the caller chose too narrow a type
         std::memcpy(out.data() + i * sizeof(I), &v, sizeof(I));
     }
-}
-
-// A ".." component anywhere in a relative uri.
-bool leavesFolder(const std::string& uri) {
-    size_t start = 0;
-    while (start <= uri.size()) {
-        size_t end = uri.find_first_of("/\\", start);
-        if (end == std::string::npos) end = uri.size();
-        if (end - start == 2 && uri.compare(start, 2, "..") == 0) return true;
-        start = end + 1;
-    }
-    return false;
 }
 
 } // namespace
@@ -90,7 +79,7 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
         if (mode != MULTIPLE_FILES && mode != SINGLE_FILE && mode != MEMORY_ONLY)
             SORVANE_THROW("Adding item to %s:\nInvalid storage mode", path.c_str());
         if (!root->getFileProvider()) SORVANE_THROW("Adding item to %s:\nNo file provider", path.c_str());
-        if (uri && leavesFolder(uri))
+        if (uri && archive::climbsOutOfFolder(uri))
             SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
         itemUri = root->findFreeFileName(uri, name, *id, extension);
         root->getFileProvider()->create(itemUri, content, size);

@@ -15,6 +15,10 @@ namespace sorvane {
 class DataTree;
 }
 
+namespace sorvane::gltf2 {
+class Gltf;
+}
+
 namespace sorvane::arf {
 
 constexpr const char* kDenseMimeType = "application/mpeg.arf.dense";
@@ -51,6 +55,10 @@ public:
     int64_t addSparseFromDense(const void* buffer, int64_t valueCount, DataDType dtype,
                                const std::vector<long>& sizes, DataIType itype, bool embedded, const char* uri,
                                const char* name, std::optional<int64_t> id);
+    // A binary glTF stored under `uri`: a copy of the file at `localFile`, or
+    // a .glb document saved through this document's provider.
+    int64_t addGlb(const char* uri, const char* localFile, const char* name, std::optional<int64_t> id);
+    int64_t addGlb(const char* uri, const gltf2::Gltf& gltf, const char* name, std::optional<int64_t> id);
     int64_t addSparseTensor(const DataTree& tensor, DataIType itype, bool embedded, const char* uri,
                             const char* name, std::optional<int64_t> id);
 

@@ -50,6 +50,24 @@ public:
         return added(writable().addContent(content, size, embedded, type, uri, ".bin", name, id));
     }
 
+    // A binary glTF: a copy of the file at `localFile`, or a .glb document saved under `uri`.
+    Data addGlb(const char* uri, const char* localFile, const char* name = nullptr,
+                std::optional<int64_t> id = std::nullopt) {
+        return added(writable().addGlb(uri, localFile, name, id));
+    }
+    Data addGlb(const char* uri, const gltf2::Gltf& gltf, const char* name = nullptr,
+                std::optional<int64_t> id = std::nullopt) {
+        return added(writable().addGlb(uri, gltf, name, id));
+    }
+    Data* addGlbPtr(const char* uri, const char* localFile, const char* name = nullptr,
+                    std::optional<int64_t> id = std::nullopt) {
+        return new Data(addGlb(uri, localFile, name, id));
+    }
+    Data* addGlbPtr(const char* uri, const gltf2::Gltf& gltf, const char* name = nullptr,
+                    std::optional<int64_t> id = std::nullopt) {
+        return new Data(addGlb(uri, gltf, name, id));
+    }
+
     Data* addDensePtr(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes,
                       bool embedded = false, const char* uri = nullptr, const char* name = nullptr,
                       std::optional<int64_t> id = std::nullopt) {

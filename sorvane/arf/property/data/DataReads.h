@@ -35,6 +35,9 @@ public:
     std::pair<DataTree, DataTree>* getColSparseTensorPtr(long minCols, long maxCols, bool normalize) const {
         return DataContent::getColSparseTensorPtr(node(), minCols, maxCols, normalize);
     }
+    // The item as a glTF document; fails for an item that is no binary glTF.
+    gltf2::Gltf getGltf(bool readOnly = false) const;
+    gltf2::Gltf* getGltfPtr(bool readOnly = false) const;
 
 protected:
     DataReads() = default;

@@ -1,0 +1,135 @@
+// talvex gltf-info FILE, and the glTF half of talvex convert: a .gltf and a
+// .glb written again in the other form (or the same), with every buffer
+// packed into one (the BIN chunk, or one .bin beside the .gltf) and the views
+// rebased onto it.
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <args.hxx>
+
+#include "sorvane/core/file.h"
+#include "sorvane/gltf2/Gltf.h"
+#include "sorvane/tools/Mode.h"
+
+namespace talvex_app {
+
+namespace {
+
+using namespace sorvane::gltf2;
+
+std::string shortText(const std::string& text) { return text.size() > 48 ? text.substr(0, 45) + "..." : text; }
+
+void printNumbers(const char* label, const std::vector<double>& values) {
+    std::cout << " " << label << " [";
+    for (size_t i = 0; i < values.size(); ++i) std::cout << (i ? ", " : "") << values[i];
+    std::cout << "]";
+}
+
+class GltfInfoMode : public sorvane::Mode {
+public:
+    explicit GltfInfoMode(args::ArgumentParser& parser)
+        : Mode(parser), path(parser, "FILE", "a .gltf or .glb document", args::Options::Required) {
+        parser.Description("Prints a glTF document's storage mode, asset, extensions, list sizes, buffers and "
+                           "accessors (type, component type, count, min, max).");
+    }
+
+    void execute() override {
+        const Gltf gltf = Gltf::load(args::get(path), true);
+        std::cout << "mode: " << gltf.getStorageMode() << "\n";
+        const Asset asset = gltf.asset.get();
+        std::cout << "asset: version " << asset.version.get();
+        if (asset.generator.isPropertyPresent()) std::cout << ", generator \"" << asset.generator.get() << "\"";
+        if (asset.copyright.isPropertyPresent()) std::cout << ", copyright \"" << asset.copyright.get() << "\"";
+        std::cout << "\n";
+        for (const auto& name : gltf.extensionsUsed.get()) std::cout << "extension used: " << name << "\n";
+        for (const auto& name : gltf.extensionsRequired.get()) std::cout << "extension required: " << name << "\n";
+        std::cout << "buffers: " << gltf.buffers.size() << ", bufferViews: " << gltf.bufferViews.size()
+                  << ", accessors: " << gltf.accessors.size() << "\n";
+        for (int64_t i = 0; i < gltf.buffers.size(); ++i) {
+            const Buffer buffer = gltf.buffers.getByIndex(i);
+            std::cout << "buffer " << i << ": " << buffer.byteLength.get() << " bytes";
+            if (buffer.uri.isPropertyPresent()) std::cout << ", uri " << shortText(buffer.uri.get());
+            std::cout << "\n";
+        }
+        for (int64_t i = 0; i < gltf.accessors.size(); ++i) {
+            const Accessor accessor = gltf.accessors.getByIndex(i);
+            std::cout << "accessor " << i << ": " << accessor.type.get() << " " << accessor.componentType.get()
+                      << " count " << accessor.count.get();
+            if (accessor.min.isPropertyPresent()) printNumbers("min", accessor.min.get());
+            if (accessor.max.isPropertyPresent()) printNumbers("max", accessor.max.get());
+            std::cout << "\n";
+        }
+    }
+
+private:
+    args::Positional<std::string> path;
+};
+
+} // namespace
+
+bool isGltfPath(const std::string& path) {
+    const std::string extension = sorvane::getFileExtension(path);
+    return extension == ".gltf" || extension == ".glb";
+}
+
+void convertGltf(const std::string& input, const std::string& output) {
+    const Gltf source = Gltf::load(input, true);
+    Gltf target = Gltf::create(output);
+    RootNode& root = *target.getRoot();
+    const RootNode& from = *source.getRoot();
+
+    AssetNode& asset = *root.getAsset();
+    const AssetNode& sourceAsset = *from.getAsset();
+    asset.setVersion(sourceAsset.getVersion());
+    if (sourceAsset.hasGenerator()) asset.setGenerator(sourceAsset.getGenerator());
+    if (sourceAsset.hasCopyright()) asset.setCopyright(sourceAsset.getCopyright());
+    if (sourceAsset.hasMinVersion()) asset.setMinVersion(sourceAsset.getMinVersion());
+    root.getExtensionsUsed() = from.getExtensionsUsed();
+    root.getExtensionsRequired() = from.getExtensionsRequired();
+
+    // Every buffer into the one shared buffer, each at a multiple of 4.
+    std::vector<int64_t> base;
+    const int64_t bufferCount = source.buffers.size();
+    const bool textTarget = target.getStorageMode() == MULTIPLE_FILES;
+    if (bufferCount > 0 && textTarget) root.beginSharedBuffer(false, nullptr);
+    int64_t shared = -1;
+    for (int64_t i = 0; i < bufferCount; ++i) {
+        const std::string bytes = source.buffers.getByIndex(i).getString(0, -1, 1, -1);
+        root.appendSharedBuffer(nullptr, 0, 4, false);
+        base.push_back(root.appendSharedBuffer(bytes.data(), static_cast<int64_t>(bytes.size()), 1, false));
+        shared = root.getSharedBuffer()->bufferIndex;
+    }
+
+    for (int64_t i = 0; i < source.bufferViews.size(); ++i) {
+        const BufferViewNode& view = *source.bufferViews.getByIndex(i).getNode();
+        auto copy = root.bufferViews().add(std::nullopt, view.getByteLength(),
+                                           view.hasName() ? view.getName().c_str() : nullptr);
+        const int64_t buffer = view.getBuffer();
+        if (buffer < 0 || buffer >= bufferCount)
+            throw std::runtime_error("bufferViews[" + std::to_string(i) + "]: no buffer " + std::to_string(buffer));
+        copy->setBuffer(shared);
+        copy->setByteOffset(base[static_cast<size_t>(buffer)] + (view.hasByteOffset() ? view.getByteOffset() : 0));
+        if (view.hasByteStride()) copy->setByteStride(view.getByteStride());
+        if (view.hasTarget()) copy->setTarget(view.getTarget());
+    }
+
+    for (int64_t i = 0; i < source.accessors.size(); ++i) {
+        const AccessorNode& accessor = *source.accessors.getByIndex(i).getNode();
+        auto copy = root.accessors().add(accessor.getComponentType(), accessor.getCount(), accessor.getType().c_str(),
+                                         accessor.hasName() ? accessor.getName().c_str() : nullptr);
+        if (accessor.hasBufferView()) copy->setBufferView(accessor.getBufferView());
+        if (accessor.hasByteOffset()) copy->setByteOffset(accessor.getByteOffset());
+        if (accessor.hasNormalized()) copy->setNormalized(accessor.getNormalized());
+        if (accessor.hasMax()) copy->setMax(accessor.getMax());
+        if (accessor.hasMin()) copy->setMin(accessor.getMin());
+    }
+
+    if (bufferCount > 0 && textTarget) root.endSharedBuffer();
+    target.save();
+}
+
+sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser) { return new GltfInfoMode(parser); }
+
+} // namespace talvex_app
