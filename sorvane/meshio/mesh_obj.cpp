@@ -230,6 +230,20 @@ DataTree loadObj(const std::string& path) {
     return out;
 }
 
+namespace {
+
+// Keys the mesh reader owns: a material file cannot replace them with text.
+bool isMeshKey(const std::string& key) {
+    static const char* const keys[] = {"vertices", "colors",       "uvs",         "normals",  "faces",
+                                       "facesVertices", "facesUvs", "facesNormals", "facesNormal", "texture",
+                                       "textureFile", "material"};
+    for (const char* k : keys)
+        if (key == k) return true;
+    return false;
+}
+
+} // namespace
+
 void loadMtl(DataTree& out, const std::string& path) {
     const std::vector<std::string> lines = loadStringLines(path, true);
     for (const std::string& line : lines) {
@@ -237,6 +251,7 @@ void loadMtl(DataTree& out, const std::string& path) {
         const auto first = c.word();
         if (first.first == first.second) continue;
         const std::string key(first.first, first.second);
+        if (isMeshKey(key)) continue;
         out.setItem(key, DataTree(restOfLine(line, key.c_str())));
     }
     if (out.hasItem("map_Kd")) {
