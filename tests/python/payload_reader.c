@@ -1,6 +1,7 @@
 /* Writes what a C program reads through the header for the Python tests to
  * compare with: the decoded tensor bytes of the data item named argv[2] of
- * document argv[1], or with "--slot" the error text after the load fails. */
+ * document argv[1]; with "--slot" the error text after the load fails; with
+ * "--image" the pixel bytes of image file argv[1] (8-bit, rows first). */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -21,6 +22,20 @@ int main(int argc, char** argv) {
     if (argc < 3) return 2;
     sorvane_arf_Arf* arf = NULL;
     if (strcmp(argv[2], "--slot") == 0) return sorvane_arf_Arf_load(&arf, argv[1], false) == 0 ? 4 : (fail(), 0);
+    if (strcmp(argv[2], "--image") == 0) {
+        DataTree *image = NULL, *pixels = NULL;
+        if (sorvane_loadImagePtr(&image, argv[1], 2, 2) != 0) return fail();
+        if (sorvane_datatree_DataTree_getObjectItem(&pixels, image, "pixels") != 0) return fail();
+        int64_t size = 0;
+        sorvane_datatree_DataTree_getValues(NULL, &size, pixels);
+        void* bytes = malloc(size > 0 ? (size_t)size : 1);
+        if (!bytes || sorvane_datatree_DataTree_getValues(bytes, &size, pixels) != 0) return fail();
+        fwrite(bytes, 1, (size_t)size, stdout);
+        free(bytes);
+        sorvane_datatree_DataTree_delete(pixels);
+        sorvane_datatree_DataTree_delete(image);
+        return 0;
+    }
     if (sorvane_arf_Arf_load(&arf, argv[1], true) != 0) return fail();
     sorvane_arf_DataList* list = NULL;
     sorvane_arf_Data* item = NULL;

@@ -267,6 +267,9 @@ class Images(unittest.TestCase):
         with open(path, "rb") as f:
             with talvex.decode_image(f.read(), "p.png") as image:
                 self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+        if READER:
+            c_bytes = subprocess.run([READER, path, "--image"], capture_output=True, check=True).stdout
+            self.assertEqual(c_bytes, pixels.tobytes())
 
 
 class LaterFamilies(unittest.TestCase):
