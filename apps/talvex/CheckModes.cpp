@@ -1,4 +1,4 @@
-// talvex compare-tensors A B [--tolerance T] and talvex validate FILE: checks
+// talvex compare-tensors A B [--tolerance T], compare-images A B and validate FILE: checks
 // whose exit code tells the answer (0 equal or clean, 3 different or
 // invalid, 2 error).
 #include <iostream>
@@ -10,6 +10,7 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/Mode.h"
 #include "sorvane/tools/compare.h"
 #include "sorvane/tools/validate.h"
@@ -80,6 +81,31 @@ private:
     args::ValueFlag<double> tolerance;
 };
 
+class CompareImagesMode : public sorvane::Mode {
+public:
+    explicit CompareImagesMode(args::ArgumentParser& parser)
+        : Mode(parser),
+          first(parser, "A", "first image (PNG or JPEG)", args::Options::Required),
+          second(parser, "B", "second image (PNG or JPEG)", args::Options::Required) {
+        parser.Description("Compares two images pixel by pixel after decoding (8 bits per channel, rows first): "
+                           "pixel formats and sizes must agree. Exit code 0 when equal, 3 when different.");
+    }
+
+    void execute() override {
+        const sorvane::DataTree a =
+            sorvane::loadImage(args::get(first), sorvane::ScalarType::UInteger8, sorvane::ImageFormat::YXC);
+        const sorvane::DataTree b =
+            sorvane::loadImage(args::get(second), sorvane::ScalarType::UInteger8, sorvane::ImageFormat::YXC);
+        const long differences = sorvane::compare_data_images(a, b, true, std::cout);
+        if (differences == 0) std::cout << "equal" << std::endl;
+        else setStatus(STATUS_DIFFERENT);
+    }
+
+private:
+    args::Positional<std::string> first;
+    args::Positional<std::string> second;
+};
+
 class ValidateMode : public sorvane::Mode {
 public:
     explicit ValidateMode(args::ArgumentParser& parser)
@@ -103,6 +129,7 @@ private:
 } // namespace
 
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser) { return new CompareTensorsMode(parser); }
+sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser) { return new CompareImagesMode(parser); }
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser) { return new ValidateMode(parser); }
 
 } // namespace talvex_app
