@@ -1,6 +1,7 @@
 // talvex compare-tensors A B [--tolerance T], compare-images A B and validate FILE: checks
 // whose exit code tells the answer (0 equal or clean, 3 different or
 // invalid, 2 error).
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <vector>
@@ -10,6 +11,7 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/gltf2/Gltf.h"
 #include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/Mode.h"
 #include "sorvane/tools/compare.h"
@@ -109,14 +111,19 @@ private:
 class ValidateMode : public sorvane::Mode {
 public:
     explicit ValidateMode(args::ArgumentParser& parser)
-        : Mode(parser), path(parser, "FILE", "ARF document (.arf, .json, .arfz, .zip)", args::Options::Required) {
-        parser.Description("Checks a document beyond what loading checks: dangling and duplicate ids and payloads "
-                           "that fail to read, one line each. Exit code 0 when clean, 3 when not.");
+        : Mode(parser),
+          path(parser, "FILE", "ARF document (.arf, .json, .arfz, .zip) or glTF (.gltf, .glb)", args::Options::Required) {
+        parser.Description("Checks a document beyond what loading checks: dangling and duplicate ids (ARF), indices "
+                           "past their list (glTF), payloads and accessors that fail to read, one line each. Exit "
+                           "code 0 when clean, 3 when not.");
     }
 
     void execute() override {
-        const sorvane::arf::Arf arf = sorvane::arf::Arf::load(args::get(path), true);
-        const auto problems = sorvane::validateArf(arf);
+        const std::string file = args::get(path);
+        const std::string extension = std::filesystem::path(file).extension().string();
+        const bool gltf = extension == ".gltf" || extension == ".glb";
+        const auto problems = gltf ? sorvane::validateGltf(sorvane::gltf2::Gltf::load(file, true))
+                                   : sorvane::validateArf(sorvane::arf::Arf::load(file, true));
         for (const std::string& problem : problems) std::cout << problem << "\n";
         if (problems.empty()) std::cout << "valid" << std::endl;
         else setStatus(STATUS_DIFFERENT);

@@ -11,6 +11,7 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/gltf2/Gltf.h"
 #include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/validate.h"
 
@@ -67,6 +68,22 @@ TEST(ValidateArf, CleanDocumentHasNoLines) {
                                               {"name": "b", "id": 2, "lods": [{"name": "l", "id": 1}]}]}})";
     // Equal ids in two different lists are no duplicates.
     EXPECT_TRUE(sorvane::validateArf(sorvane::arf::Arf::load(clean, true)).empty());
+}
+
+TEST(ValidateGltf, IndicesPastTheirListAndUnreadableAccessors) {
+    const std::string path = writeFile("indices.gltf", R"({"asset": {"version": "2.0"},
+      "buffers": [{"byteLength": 8, "uri": "data:application/octet-stream;base64,AAAAAAAAAAA="}],
+      "bufferViews": [{"buffer": 0, "byteLength": 8}, {"buffer": 1, "byteLength": 4}],
+      "accessors": [{"bufferView": 0, "componentType": 5126, "count": 2, "type": "SCALAR"},
+                    {"bufferView": 2, "componentType": 5126, "count": 2, "type": "SCALAR"},
+                    {"bufferView": 0, "componentType": 5126, "count": 9, "type": "VEC3"}]})");
+    const auto problems = sorvane::validateGltf(sorvane::gltf2::Gltf::load(path, true));
+    ASSERT_EQ(problems.size(), 4u) << ::testing::PrintToString(problems);
+    // The last valid index is one less than the size: 1 of 2 views is fine, 2 is not.
+    EXPECT_EQ(problems[0], "accessors[1].bufferView: dangling reference to index 2 in bufferViews");
+    EXPECT_EQ(problems[1], "bufferViews[1].buffer: dangling reference to index 1 in buffers");
+    EXPECT_EQ(problems[2].rfind("accessors[1]: accessor fails to read: ", 0), 0u);
+    EXPECT_EQ(problems[3].rfind("accessors[2]: accessor fails to read: ", 0), 0u);
 }
 
 TEST(CheckModes, ValidateExitCodes) {
