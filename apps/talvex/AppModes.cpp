@@ -14,6 +14,7 @@ sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createSkeletonMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -29,6 +30,7 @@ AppModes::AppModes() {
     addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
+    addMode("skeleton", createSkeletonMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");
