@@ -16,7 +16,7 @@ namespace {
 
 void checkIndices(const sorvane::DataTree& mesh, const char* faces, const char* items) {
     if (!mesh.hasItem(faces)) return;
-    if (!mesh.hasItem(items)) std::abort();
+    if (!mesh.hasItem(items)) std::abort(); // indices without their array
     const sorvane::DataTree& f = mesh.getItem(faces);
     const long count = mesh.getItem(items).getTensorSize(0);
     const long* v = f.getData<long>();
@@ -27,11 +27,17 @@ void checkIndices(const sorvane::DataTree& mesh, const char* faces, const char* 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const std::filesystem::path dir = [] {
-        auto d = std::filesystem::temp_directory_path() / ("talvex_fuzz_obj_" + std::to_string(::getpid()));
-        std::filesystem::create_directories(d);
-        return d;
-    }();
+    // Removed again when the process ends.
+    static const struct Folder {
+        std::filesystem::path path =
+            std::filesystem::temp_directory_path() / ("talvex_fuzz_obj_" + std::to_string(::getpid()));
+        Folder() { std::filesystem::create_directories(path); }
+        ~Folder() {
+            std::error_code ignored;
+            std::filesystem::remove_all(path, ignored);
+        }
+    } folder;
+    const std::filesystem::path& dir = folder.path;
     const std::string input(reinterpret_cast<const char*>(data), size);
     const size_t split = input.find("\n#mtl\n");
     std::ofstream(dir / "f.obj", std::ios::binary) << input.substr(0, split);

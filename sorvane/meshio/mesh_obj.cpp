@@ -1,6 +1,9 @@
 #include "sorvane/meshio/mesh_obj.h"
 
 #include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
 #include <cstring>
 #include <vector>
 
@@ -63,11 +66,11 @@ struct ObjReader {
 
     explicit ObjReader(const std::string& p) : path(p) {}
 
-    [[noreturn]] void badNumber(const std::string& line) {
-        SORVANE_THROW("Error parsing '%s' in %s", line.c_str(), path.c_str());
+    [[noreturn]] void badNumber(std::string_view line) {
+        SORVANE_THROW("Error parsing '%s' in %s", std::string(line).c_str(), path.c_str());
     }
 
-    void readNumbers(Cursor& c, const std::string& line, std::vector<float>& out, int count) {
+    void readNumbers(Cursor& c, std::string_view line, std::vector<float>& out, int count) {
         for (int i = 0; i < count; ++i) {
             float v;
             if (!c.number(v)) badNumber(line);
@@ -75,37 +78,57 @@ struct ObjReader {
         }
     }
 
-    void vertex(Cursor c, const std::string& line) {
-        const long words = countWords(line);
-        if (words != 4 && words != 7) badNumber(line);
-        readNumbers(c, line, vertices, 3);
-        if (words == 7) {
+    void vertex(Cursor c, std::string_view line) {
+        // Three numbers, or six with a colour: the same as counting 4 or 7 words, in one pass.
+        float values[6];
+        int n = 0;
+        while (!c.atEnd()) {
+            if (n == 6 || !c.number(values[n])) badNumber(line);
+            ++n;
+        }
+        if (n != 3 && n != 6) badNumber(line);
+        vertices.insert(vertices.end(), values, values + 3);
+        if (n == 6) {
             // Colours belong to every vertex or to none: a partial list would not match the vertices.
             if (colorCount != vertexCount)
-                SORVANE_THROW("Error in %s: colors on some vertices only, at '%s'", path.c_str(), line.c_str());
-            readNumbers(c, line, colors, 3);
+                SORVANE_THROW("Error in %s: colors on some vertices only, at '%s'", path.c_str(), std::string(line).c_str());
+            colors.insert(colors.end(), values + 3, values + 6);
             ++colorCount;
         } else if (colorCount > 0) {
-            SORVANE_THROW("Error in %s: colors on some vertices only, at '%s'", path.c_str(), line.c_str());
+            SORVANE_THROW("Error in %s: colors on some vertices only, at '%s'", path.c_str(), std::string(line).c_str());
         }
         ++vertexCount;
     }
 
     // One corner index: 1-based, or negative and relative to the items read so far.
-    long index(const char*& p, const char* end, long countSoFar, const std::string& line) {
+    long index(const char*& p, const char* end, long countSoFar, std::string_view line) {
         long value = 0;
         const auto result = std::from_chars(p, end, value);
-        if (result.ec != std::errc()) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), line.c_str());
+        if (result.ec != std::errc()) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), std::string(line).c_str());
         p = result.ptr;
         if (value > 0) return value - 1; // checked against the final counts at the end
         if (value < 0 && value >= -countSoFar) return countSoFar + value;
-        SORVANE_THROW("Error in %s: invalid index %ld in '%s'", path.c_str(), value, line.c_str());
+        SORVANE_THROW("Error in %s: invalid index %ld in '%s'", path.c_str(), value, std::string(line).c_str());
     }
 
-    void face(Cursor c, const std::string& line) {
-        const long count = countWords(line);
-        const long slash = countChars(line, '/');
-        const long twice = countPatterns(line, "//");
+    void face(Cursor c, std::string_view line) {
+        // Words, "/" and non-overlapping "//" of the line, in one pass.
+        long count = 0, slash = 0, twice = 0;
+        bool inWord = false;
+        for (size_t i = 0; i < line.size(); ++i) {
+            const char ch = line[i];
+            const bool blank = isBlank(ch);
+            if (!blank && !inWord) ++count;
+            inWord = !blank;
+            if (ch == '/') {
+                ++slash;
+                if (i + 1 < line.size() && line[i + 1] == '/') {
+                    ++twice;
+                    ++slash;
+                    ++i;
+                }
+            }
+        }
         if (format == FaceFormat::Unset) {
             const long e = count - 1;
             FaceFormat f = FaceFormat::Unset;
@@ -117,21 +140,21 @@ struct ObjReader {
             }
             if (f == FaceFormat::Unset)
                 SORVANE_THROW("Error in %s: unsupported format '%s' (count=%d, slash=%d, double=%d)", path.c_str(),
-                              line.c_str(), static_cast<int>(count), static_cast<int>(slash), static_cast<int>(twice));
+                              std::string(line).c_str(), static_cast<int>(count), static_cast<int>(slash), static_cast<int>(twice));
             format = f;
             edgeCount = e;
             slashes = slash;
             doubles = twice;
         } else if (count - 1 != edgeCount || slash != slashes || twice != doubles) {
             SORVANE_THROW("Error in %s: unsupported format '%s' (count=%d, slash=%d, double=%d)", path.c_str(),
-                          line.c_str(), static_cast<int>(count), static_cast<int>(slash), static_cast<int>(twice));
+                          std::string(line).c_str(), static_cast<int>(count), static_cast<int>(slash), static_cast<int>(twice));
         }
         for (long k = 0; k < edgeCount; ++k) {
             const auto token = c.word();
             const char* p = token.first;
             const char* end = token.second;
             auto expect = [&](char ch) {
-                if (p >= end || *p != ch) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), line.c_str());
+                if (p >= end || *p != ch) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), std::string(line).c_str());
                 ++p;
             };
             facesVertices.push_back(index(p, end, vertexCount, line));
@@ -154,7 +177,7 @@ struct ObjReader {
                 break;
             case FaceFormat::Unset: break;
             }
-            if (p != end) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), line.c_str());
+            if (p != end) SORVANE_THROW("Error in %s: unsupported format '%s'", path.c_str(), std::string(line).c_str());
         }
         ++faceCount;
     }
@@ -177,22 +200,50 @@ struct ObjReader {
     }
 };
 
-std::string restOfLine(const std::string& line, const char* after) {
+std::string restOfLine(std::string_view line, const char* after) {
     size_t at = line.find(after);
-    at = at == std::string::npos ? line.size() : at + std::strlen(after);
+    at = at == std::string_view::npos ? line.size() : at + std::strlen(after);
     while (at < line.size() && isBlank(line[at])) ++at;
     size_t end = line.size();
     while (end > at && isBlank(line[end - 1])) --end;
-    return line.substr(at, end - at);
+    return std::string(line.substr(at, end - at));
+}
+
+// The file in one read, with the texts of the line reader.
+std::string readText(const std::string& path) {
+    std::error_code error;
+    std::ifstream in(path, std::ios::binary);
+    if (!in || std::filesystem::is_directory(path, error)) SORVANE_THROW("Error opening %s", path.c_str());
+    in.seekg(0, std::ios::end);
+    const std::streamoff length = in.tellg();
+    in.seekg(0, std::ios::beg);
+    if (length < 0 || !in) SORVANE_THROW("Error reading %s", path.c_str());
+    std::string text(static_cast<size_t>(length), '\0');
+    if (length > 0 && !in.read(&text[0], length)) SORVANE_THROW("Error reading %s", path.c_str());
+    return text;
+}
+
+// Calls `each` on every non-blank line that is not a comment, cut as the
+// line reader cuts them ("\n", "\r\n" and "\r"), without copying them.
+template <class F>
+void forEachLine(const std::string& text, F&& each) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p < end) {
+        const char* stop = p;
+        while (stop < end && *stop != '\n' && *stop != '\r') ++stop;
+        if (stop > p && *p != '#') each(std::string_view(p, static_cast<size_t>(stop - p)));
+        p = stop + 1;
+    }
 }
 
 } // namespace
 
 DataTree loadObj(const std::string& path) {
-    const std::vector<std::string> lines = loadStringLines(path, true);
+    const std::string text = readText(path);
     DataTree out = DataTree::createObject();
     ObjReader reader(path);
-    for (const std::string& line : lines) {
+    forEachLine(text, [&](std::string_view line) {
         Cursor c{line.data(), line.data() + line.size()};
         const auto first = c.word();
         const size_t length = static_cast<size_t>(first.second - first.first);
@@ -214,7 +265,7 @@ DataTree loadObj(const std::string& path) {
         } else if (length == 6 && std::memcmp(w, "usemtl", 6) == 0) {
             out.setItem("material", DataTree(restOfLine(line, "usemtl")));
         }
-    }
+    });
     reader.checkRange(reader.facesVertices, reader.vertexCount, "vertices");
     reader.checkRange(reader.facesUvs, reader.uvCount, "uvs");
     reader.checkRange(reader.facesNormals, reader.normalCount, "normals");
@@ -230,6 +281,20 @@ DataTree loadObj(const std::string& path) {
     return out;
 }
 
+namespace {
+
+// Keys the mesh reader owns: a material file cannot replace them with text.
+bool isMeshKey(const std::string& key) {
+    static const char* const keys[] = {"vertices", "colors",       "uvs",         "normals",  "faces",
+                                       "facesVertices", "facesUvs", "facesNormals", "facesNormal", "texture",
+                                       "textureFile", "material"};
+    for (const char* k : keys)
+        if (key == k) return true;
+    return false;
+}
+
+} // namespace
+
 void loadMtl(DataTree& out, const std::string& path) {
     const std::vector<std::string> lines = loadStringLines(path, true);
     for (const std::string& line : lines) {
@@ -237,6 +302,7 @@ void loadMtl(DataTree& out, const std::string& path) {
         const auto first = c.word();
         if (first.first == first.second) continue;
         const std::string key(first.first, first.second);
+        if (isMeshKey(key)) continue;
         out.setItem(key, DataTree(restOfLine(line, key.c_str())));
     }
     if (out.hasItem("map_Kd")) {

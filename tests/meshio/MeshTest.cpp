@@ -130,13 +130,14 @@ TEST(ObjLoad, MaterialAndTextureBesideTheMtlAndUrisThatLeaveAreRefused) {
     TempDir t;
     const unsigned char red[6] = {255, 0, 0, 0, 255, 0};
     saveImage(t.path("sub/tex.png"), red, 6, 2, 1, 3, ScalarType::UInteger8, ImageFormat::YXC, PixelFormat::RGB);
-    t.write("sub/m.mtl", "newmtl skin\nKd 1 1 1\nmap_Kd tex.png\n");
+    t.write("sub/m.mtl", "newmtl skin\nKd 1 1 1\nmap_Kd tex.png\nfacesUvs 1 2\n");
     const DataTree mesh = loadObj(t.write("a.obj", "mtllib sub/m.mtl\nv 0 0 0\n"));
     EXPECT_EQ(mesh.getItem("newmtl").getString(), "skin");
     EXPECT_EQ(mesh.getItem("Kd").getString(), "1 1 1");
     EXPECT_EQ(mesh.getItem("map_Kd").getString(), "tex.png");
     EXPECT_EQ(mesh.getItem("textureFile").getString(), t.path("sub/tex.png"));
     EXPECT_EQ(mesh.getItem("texture").getItem("pixels").getTensorSizes(), (std::vector<long>{1, 2, 3}));
+    EXPECT_FALSE(mesh.hasItem("facesUvs")); // a material line cannot pose as mesh data
 
     t.write("sub/up.mtl", "map_Kd ../escape.png\n");
     for (const char* line : {"mtllib ../m.mtl\n", "mtllib /etc/m.mtl\n", "mtllib C:\\m.mtl\n", "mtllib sub/up.mtl\n",

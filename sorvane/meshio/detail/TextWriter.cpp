@@ -1,5 +1,6 @@
 #include "sorvane/meshio/detail/TextWriter.h"
 
+#include "sorvane/archive/DocumentUri.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::detail {
@@ -44,17 +45,9 @@ void TextWriter::close() {
 }
 
 void checkLocalUri(const std::string& uri, const std::string& from) {
-    bool bad = uri.empty() || uri[0] == '/' || uri[0] == '\\';
-    const size_t colon = uri.find(':');
-    if (colon != std::string::npos && uri.find_first_of("/\\") > colon) bad = true; // "C:..." or "scheme:..."
-    size_t start = 0;
-    while (!bad && start <= uri.size()) {
-        size_t end = uri.find_first_of("/\\", start);
-        if (end == std::string::npos) end = uri.size();
-        if (end - start == 2 && uri.compare(start, 2, "..") == 0) bad = true;
-        start = end + 1;
-    }
-    if (bad) SORVANE_THROW("Error in %s: '%s' is absolute or leaves the file's folder", from.c_str(), uri.c_str());
+    // The documents' own uri rules, plus a name that must not be empty.
+    if (uri.empty() || archive::isAbsoluteUri(uri) || archive::climbsOutOfFolder(uri))
+        SORVANE_THROW("Error in %s: '%s' is absolute or leaves the file's folder", from.c_str(), uri.c_str());
 }
 
 } // namespace sorvane::detail

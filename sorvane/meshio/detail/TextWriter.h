@@ -47,8 +47,8 @@ private:
     bool ok_ = true;
 };
 
-// Refuses a file name taken from a file when it is absolute, carries a
-// scheme or drive, or climbs out of the file's folder with "..".
+// Refuses a file name taken from a file when it is empty, absolute (a root
+// or a drive) or climbs out of the file's folder with "..".
 void checkLocalUri(const std::string& uri, const std::string& from);
 
 } // namespace sorvane::detail
