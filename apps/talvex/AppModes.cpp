@@ -10,6 +10,7 @@ namespace talvex_app {
 sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
@@ -30,6 +31,7 @@ AppModes::AppModes() {
     addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
+    addMode("links", createLinksMode);
     addMode("skeleton", createSkeletonMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
