@@ -11,11 +11,12 @@ from model import VALUE_KINDS
 RESERVED = {"node", "has", "propertyRoot", "propertyReadOnly", "nodeRef", "get", "getNode", "owner"}
 
 TYPE_NAMES = {"string": "string", "integer": "integer", "id": "integer", "ref": "integer",
-              "number": "number", "boolean": "boolean"}
+              "number": "number", "boolean": "boolean", "index": "integer", "enum": "integer"}
 
 
 def accessor_source(record):
-    # arf/node/structure/AssetNode -> arf/property/structure/Asset
+    # arf/node/structure/AssetNode -> arf/property/structure/Asset, and likewise
+    # gltf2/node/buffer/BufferNode -> gltf2/property/buffer/Buffer
     folder = record.folder.replace("/node", "/property", 1)
     return f"{folder}/{record.name}"
 
@@ -75,7 +76,7 @@ class AccessorEmitter:
         if f.type == "generic":
             return f"GenericMember<{N}, {d}>"
         # Qualified: the member's own name may be the child accessor's name.
-        target = self.records[f.of]
+        target = f.of_record
         ns = "::" + target.namespace
         if f.type == "object":
             return f"ChildMember<{N}, {ns}::{target.name}, {d}>"
@@ -90,11 +91,13 @@ class AccessorEmitter:
         if f.is_reference:
             o.append(f"    static constexpr ReferenceTarget kTarget = {N}::k{C}Target;")
         if f.is_value:
-            k = VALUE_KINDS[f.type]
+            k = f.kind
             o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
             o.append(f"    using Value = {k['cpp']};")
             o.append(f"    static {k['ret']} get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const Value& v) {{ n.set{C}(v); }}")
+            if f.read_default is not None:
+                o.append("    static constexpr bool kReadDefault = true;")
         elif f.is_list:
             E = f.element
             o.append(f"    using Element = {E};")
@@ -117,7 +120,8 @@ class AccessorEmitter:
         return o
 
     def includes(self, record):
-        inc = {record.node_header, "sorvane/arf/property/MemberAccessors.h", "sorvane/arf/property/ObjectProperty.h"}
+        m = record.module
+        inc = {record.node_header, f"sorvane/{m}/property/MemberAccessors.h", f"sorvane/{m}/property/ObjectProperty.h"}
         if record.accessor_base:
             inc.add(f"sorvane/{base_source(record, record.accessor_base)}.h")
         for f in record.fields:
@@ -128,10 +132,10 @@ class AccessorEmitter:
                 inc.add(f"sorvane/{accessor_source(target)}.h")
                 inc.add(target.list_header)
             if f.type == "object":
-                inc.add(f"sorvane/{accessor_source(self.records[f.of])}.h")
+                inc.add(f"sorvane/{accessor_source(f.of_record)}.h")
             elif f.type == "list":
-                inc.add(f"sorvane/{list_accessor_source(self.records[f.of])}.h")
-                inc.add(self.records[f.of].list_header)
+                inc.add(f"sorvane/{list_accessor_source(f.of_record)}.h")
+                inc.add(f.of_record.list_header)
         return sorted(inc)
 
     def header(self, record):
@@ -191,9 +195,12 @@ class AccessorEmitter:
     def list_header(self, record):
         L = record.name + "List"
         path = f"sorvane/{list_accessor_source(record)}.h"
-        base = record.list_accessor_base or f"ListProperty<{record.list_class}, {record.name}>"
+        # The lists at the top of a glTF document may be absent: their handle
+        # makes the list on its first add.
+        default = "RootListProperty" if record.root_list and record.module == "gltf2" else "ListProperty"
+        base = record.list_accessor_base or f"{default}<{record.list_class}, {record.name}>"
         base_include = (f"sorvane/{base_source(record, record.list_accessor_base)}.h" if record.list_accessor_base
-                        else "sorvane/arf/property/ListProperty.h")
+                        else f"sorvane/{record.module}/property/{default}.h")
         o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
              f"#ifndef {guard(path)}", f"#define {guard(path)}", "",
              f'#include "{record.list_header}"',

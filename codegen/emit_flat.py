@@ -7,17 +7,21 @@ header part and one source file per record."""
 from emit_accessors import accessor_source, list_accessor_source, member_var
 from emit_nodes import cstr, param_name
 
-C_VALUE = {"integer": "int64_t", "id": "int64_t", "ref": "int64_t", "number": "double", "boolean": "bool"}
-C_ELEMENT = {"integers": "int64_t", "refs": "int64_t", "numbers": "double"}
+C_VALUE = {"integer": "int64_t", "id": "int64_t", "ref": "int64_t", "number": "double", "boolean": "bool",
+           "index": "int64_t", "enum": "int32_t"}
+C_ELEMENT = {"integers": "int64_t", "refs": "int64_t", "numbers": "double", "indices": "int64_t"}
 
 
 def lower_first(name):
     return name[0].lower() + name[1:]
 
 
-def handle(record_or_name, module="arf"):
-    name = record_or_name if isinstance(record_or_name, str) else record_or_name.name
-    return f"sorvane_{module}_{name}"
+def handle(record_or_name, module=None):
+    """The flat handle type of a class: sorvane_<module>_<Class>. A record
+    brings its module; a bare class name needs it."""
+    if isinstance(record_or_name, str):
+        return f"sorvane_{module}_{record_or_name}"
+    return f"sorvane_{record_or_name.module}_{record_or_name.name}"
 
 
 class Function:
@@ -34,9 +38,11 @@ class Function:
         return f"int32_t {self.name}({', '.join(self.params)}) {{\n    {self.body}\n}}"
 
 
-class FlatEmitter:
-    HEADER = "sorvane/flat/sorvane_arf_generated.h"
+def header_path(module):
+    return f"sorvane/flat/sorvane_{module}_generated.h"
 
+
+class FlatEmitter:
     def __init__(self, records):
         self.records = records
 
@@ -44,56 +50,58 @@ class FlatEmitter:
         return True
 
     def source_path(self, record):
-        return f"sorvane/flat/arf_{record.name}.cpp"
+        return f"sorvane/flat/{record.module}_{record.name}.cpp"
 
     def outputs(self, record):
         files = [self.source_path(record)]
-        if record is self.first():
-            files.append(self.HEADER)
+        if record is self.first(record.module):
+            files.append(header_path(record.module))
         return files
 
-    def first(self):
-        return next(iter(self.records.values()))
+    # The header of a module is written with its first record.
+    def first(self, module):
+        return self.records.of_module(module)[0]
 
     def emit(self, record):
         out = {self.source_path(record): self.source(record)}
-        if record is self.first():
-            out[self.HEADER] = self.header()
+        if record is self.first(record.module):
+            out[header_path(record.module)] = self.header(record.module)
         return out
 
     # ----- families -----
 
-    def common(self, cls, null, with_has, with_id):
-        h = f"{handle(cls)}* self"
-        fns = [Function(f"{handle(cls)}_delete", [h], f"return flat::destroy({null}, self);")]
+    def common(self, module, cls, null, with_has, with_id):
+        H = handle(cls, module)
+        h = f"{H}* self"
+        fns = [Function(f"{H}_delete", [h], f"return flat::destroy({null}, self);")]
         if with_has:
-            fns.append(Function(f"{handle(cls)}_has", ["bool* out", h, "const char* key"],
+            fns.append(Function(f"{H}_has", ["bool* out", h, "const char* key"],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.has(flat::str(key)); }});"))
         fns += [
-            Function(f"{handle(cls)}_isPropertyPresent", ["bool* out", h],
+            Function(f"{H}_isPropertyPresent", ["bool* out", h],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.isPropertyPresent(); }});"),
-            Function(f"{handle(cls)}_removeProperty", [h],
+            Function(f"{H}_removeProperty", [h],
                      f"return flat::call({null}, self, [&](auto& a) {{ a.removeProperty(); }});"),
-            Function(f"{handle(cls)}_getPropertyIndex", ["int64_t* out", h],
+            Function(f"{H}_getPropertyIndex", ["int64_t* out", h],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPropertyIndex(); }});"),
         ]
         if with_id:
-            fns.append(Function(f"{handle(cls)}_getPropertyId", ["int64_t* out", h],
+            fns.append(Function(f"{H}_getPropertyId", ["int64_t* out", h],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPropertyId(); }});"))
         for op in ("getPropertyName", "getPropertyPath", "getPropertyTypeName"):
-            fns.append(Function(f"{handle(cls)}_{op}", ["char* out", "int64_t* outSize", h],
+            fns.append(Function(f"{H}_{op}", ["char* out", "int64_t* outSize", h],
                                 f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return std::string(a.{op}()); }});"))
-        fns.append(Function(f"{handle(cls)}_toString", ["char* out", "int64_t* outSize", h],
+        fns.append(Function(f"{H}_toString", ["char* out", "int64_t* outSize", h],
                             f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return a.buildRepresentation(); }});"))
         return fns
 
     def member_functions(self, record, f):
         A = record.name
         null = cstr(lower_first(A) + " is NULL")
-        h = f"{handle(A)}* self"
+        h = f"{handle(record)}* self"
         m = member_var(f)
         C = f.cap
-        p = f"{handle(A)}_"
+        p = f"{handle(record)}_"
         fns = []
         target = f.target_record(self.records) if f.is_reference else None
         if f.type == "ref":
@@ -103,7 +111,7 @@ class FlatEmitter:
             fns.append(Function(f"{p}set{C}Index", [h, "int64_t id"],
                                 f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(id); }});"))
             if target:
-                T = handle(target.name)
+                T = handle(target)
                 item_null = cstr(lower_first(target.name) + " is NULL")
                 fns.append(Function(f"{p}get{C}", [f"{T}** out", h],
                                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
@@ -118,10 +126,12 @@ class FlatEmitter:
                                     f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::str(value)); }});"))
             else:
                 t = C_VALUE[f.type]
+                # An enumeration arrives as an int and is checked by its int2... conversion.
+                value = f"{record.namespace}::int2{f.enum}(value)" if f.type == "enum" else "value"
                 fns.append(Function(f"{p}get{C}", [f"{t}* out", h],
                                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<{t}>(a.{m}.get()); }});"))
                 fns.append(Function(f"{p}set{C}", [h, f"{t} value"],
-                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(value); }});"))
+                                    f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set({value}); }});"))
         elif f.is_list:
             item = "Item" if f.type == "refs" else ""
             fns.append(Function(f"{p}get{C}Size", ["int64_t* out", h],
@@ -143,26 +153,28 @@ class FlatEmitter:
                     fns.append(Function(f"{p}add{C}Value", [h, f"{t} value"],
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(value); }});"))
                 if target:
-                    T = handle(target.name)
+                    T = handle(target)
                     fns.append(Function(f"{p}get{C}Item", [f"{T}** out", h, "int64_t index"],
                                         f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getTargetPtr(index); }});"))
                     fns.append(Function(f"{p}set{C}Item", [h, "int64_t index", f"{T}* item"],
                                         f"if (self && !item) return flat::fail(\"item is NULL\");\n    "
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.setTarget(index, *item); }});"))
+                # An absent optional list reads as no values, as its size reads 0.
+                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()" if f.optional else f"a.{m}.get()")
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
-                                    f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return a.{m}.get(); }});"))
+                                    f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return {read}; }});"))
                 fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],
                                     f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::array(values, count)); }});"))
         elif f.type == "object":
-            child = self.records[f.of].name
+            child = f.of_record
             fns.append(Function(f"{p}get{C}", [f"{handle(child)}** out", h],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
         elif f.type == "generic":
-            fns.append(Function(f"{p}get{C}", [f"{handle('GenericProperty')}** out", h],
-                                f"return flat::get(out, {null}, self, [&](auto& a) -> sorvane::arf::GenericProperty* {{ return a.{m}.getPtr(); }});"))
+            fns.append(Function(f"{p}get{C}", [f"{handle('GenericProperty', record.module)}** out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) -> {record.namespace}::GenericProperty* {{ return a.{m}.getPtr(); }});"))
         elif f.type == "list":
-            lst = self.records[f.of].name + "List"
-            fns.append(Function(f"{p}get{C}", [f"{handle(lst)}** out", h],
+            lst = f.of_record.name + "List"
+            fns.append(Function(f"{p}get{C}", [f"{handle(lst, record.module)}** out", h],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getPtr(); }});"))
         if f.optional:
             fns.append(Function(f"{p}has{C}", ["bool* out", h],
@@ -188,15 +200,15 @@ class FlatEmitter:
 
     def list_functions(self, record):
         L = record.name + "List"
-        T = handle(record.name)
+        T = handle(record)
         null = cstr(lower_first(L) + " is NULL")
-        h = f"{handle(L)}* self"
-        p = f"{handle(L)}_"
+        h = f"{handle(L, record.module)}* self"
+        p = f"{handle(L, record.module)}_"
         by = "id" if record.id_field else "index"
         has_by = "a.has(id)" if record.id_field else "a.hasByIndex(id)"
         get_by = "a.getPtr(id)" if record.id_field else "a.getPtrByIndex(id)"
         params, args = self.init_params(record)
-        fns = self.common(L, null, with_has=False, with_id=False)
+        fns = self.common(record.module, L, null, with_has=False, with_id=False)
         fns += [
             Function(f"{p}getSize", ["int64_t* out", h],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.size(); }});"),
@@ -225,7 +237,7 @@ class FlatEmitter:
 
     def object_functions(self, record):
         null = cstr(lower_first(record.name) + " is NULL")
-        fns = self.common(record.name, null, with_has=True, with_id=bool(record.id_field))
+        fns = self.common(record.module, record.name, null, with_has=True, with_id=bool(record.id_field))
         for f in record.fields:
             if self.supported(f):
                 fns += self.member_functions(record, f)
@@ -255,33 +267,36 @@ class FlatEmitter:
         o.append('} // extern "C"')
         return "\n".join(o) + "\n"
 
-    def header(self):
+    def header(self, module):
+        M = module.upper()
+        title = {"arf": "ARF", "gltf2": "glTF"}[module]
         o = ["/* Generated from schema/ by codegen/generate.py: do not edit.",
-             " * Flat functions of the ARF record accessors and their lists. Included by",
-             " * sorvane/flat/sorvane_arf.h. */",
-             "#ifndef SORVANE_FLAT_SORVANE_ARF_GENERATED_H",
-             "#define SORVANE_FLAT_SORVANE_ARF_GENERATED_H", "",
+             f" * Flat functions of the {title} record accessors and their lists. Included by",
+             f" * sorvane/flat/sorvane_{module}.h. */",
+             f"#ifndef SORVANE_FLAT_SORVANE_{M}_GENERATED_H",
+             f"#define SORVANE_FLAT_SORVANE_{M}_GENERATED_H", "",
              "#include <stddef.h>", "#include <stdint.h>", "#ifndef __cplusplus", "#include <stdbool.h>", "#endif", "",
              '#include "sorvane/core/Export.h"', ""]
         names = ["GenericProperty"]
-        for r in self.records.values():
+        records = self.records.of_module(module)
+        for r in records:
             names.append(r.name)
             if r.has_list:
                 names.append(r.name + "List")
         o.append("/* Handles: accessor objects owned by the caller, released with their _delete. */")
         o.append("#ifdef __cplusplus")
-        o.append("namespace sorvane::arf {")
+        o.append(f"namespace sorvane::{module} {{")
         for n in names:
             o.append(f"class {n};")
         o.append("}")
         for n in names:
-            o.append(f"typedef sorvane::arf::{n} {handle(n)};")
+            o.append(f"typedef sorvane::{module}::{n} {handle(n, module)};")
         o.append("#else")
         for n in names:
-            o.append(f"typedef struct {handle(n)} {handle(n)};")
+            o.append(f"typedef struct {handle(n, module)} {handle(n, module)};")
         o.append("#endif")
         o += ["", "#ifdef __cplusplus", 'extern "C" {', "#endif", ""]
-        for r in self.records.values():
+        for r in records:
             o.append(f"/* {r.name} */")
             for fn in self.all_functions(r):
                 if fn.doc:

@@ -30,9 +30,10 @@ def guard(path):
     return "SORVANE_" + path.replace("/", "_").replace(".", "_").upper().removeprefix("SORVANE_")
 
 
-def default_value(field):
-    d = field.default
-    t = field.type
+def literal(t, d, enum=None):
+    """The C++ literal of a value d of kind t; None gives the kind's zero."""
+    if t == "enum":
+        return f"static_cast<{enum}>({int(d) if d is not None else 0})"
     if t == "string":
         return cstr(d) if d is not None else "std::string()"
     if t == "number":
@@ -40,6 +41,10 @@ def default_value(field):
     if t == "boolean":
         return "true" if d else "false"
     return str(int(d)) if d is not None else "0"
+
+
+def default_value(field):
+    return literal(field.type, field.default, field.enum)
 
 
 def target_const(field):
@@ -72,15 +77,17 @@ class NodeEmitter:
         includes = set()
         for f in record.fields:
             if f.type == "object":
-                includes.add(self.records[f.of].node_header)
+                includes.add(f.of_record.node_header)
             elif f.type == "list":
-                includes.add(self.records[f.of].list_header)
+                includes.add(f.of_record.list_header)
             elif f.type == "generic":
-                includes.add("sorvane/arf/node/generic/ObjectNode.h")
+                includes.add(f"sorvane/{record.module}/node/generic/ObjectNode.h")
+            elif f.type == "enum":
+                includes.add(f"sorvane/{f.enum_header}.h")
         return sorted(includes)
 
     def init_signature(self, record):
-        return ", ".join(f"{VALUE_KINDS[f.type]['arg']} {param_name(f)}" for f in record.init_fields)
+        return ", ".join(f"{f.kind['arg']} {param_name(f)}" for f in record.init_fields)
 
     def member_decls(self, record, f):
         r = self.records
@@ -88,7 +95,7 @@ class NodeEmitter:
         m = f.member
         lines = []
         if f.is_value:
-            k = VALUE_KINDS[f.type]
+            k = f.kind
             if f.optional:
                 lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
                 lines.append(f"{k['ret']} get{C}() const;")
@@ -136,7 +143,7 @@ class NodeEmitter:
         o.append("#include <string>")
         o.append("#include <vector>")
         o.append("")
-        o.append('#include "sorvane/arf/node/RecordNode.h"')
+        o.append(f'#include "sorvane/{record.module}/node/RecordNode.h"')
         for inc in self.child_includes(record):
             o.append(f'#include "{inc}"')
         o.append("")
@@ -205,7 +212,7 @@ class NodeEmitter:
         o.append("")
         if record.has_list:
             o.append(f'#include "{record.list_header}"')
-        o.append('#include "sorvane/arf/node/ItemList.h"')
+        o.append(f'#include "sorvane/{record.module}/node/ItemList.h"')
         o.append("")
         o.append(f"namespace {record.namespace} {{")
         o.append("")
@@ -277,15 +284,26 @@ class NodeEmitter:
         key = cstr(f.key)
         o = []
         if f.is_value:
-            k = VALUE_KINDS[f.type]
+            k = f.kind
             if f.optional:
                 o.append(f"{k['ret']} {N}::get{C}() const {{")
-                o.append(f"    if (!{m}) failNoValue({key});")
+                if f.read_default is None:
+                    o.append(f"    if (!{m}) failNoValue({key});")
+                elif f.type == "string":
+                    o.append(f"    static const std::string kDefault = {cstr(f.read_default)};")
+                    o.append(f"    if (!{m}) return kDefault;")
+                else:
+                    o.append(f"    if (!{m}) return {literal(f.type, f.read_default)};")
                 o.append(f"    return *{m};")
                 o.append("}")
             o.append(f"void {N}::set{C}({k['param']} value) {{")
             if f.type == "id":
                 o.append(f"    setRecordId({m}, parentList<{record.list_class}>(), value);")
+            elif f.type == "index":
+                cur = f"{m} && *{m} == value" if f.optional else f"{m} == value"
+                o.append(f"    if ({cur}) return;")
+                o.append(f"    checkIndexReference({cstr(f.target)}, {key}, value);")
+                o.append(f"    {m} = value;")
             elif f.type == "ref":
                 cur = f"{m} && *{m} == value" if f.optional else f"{m} == value"
                 o.append(f"    if ({cur}) return;")
@@ -307,6 +325,7 @@ class NodeEmitter:
                 mget = f"std::vector<{T}>* list = &{m};"
             ref = f.type == "refs"
             tgt = target_const(f) if ref else None
+            idx = f.type == "indices"
             o.append(f"const std::vector<{T}>& {N}::get{C}() const {{")
             if f.optional:
                 o.append(f"    if (!{m}) failNoValue({key});")
@@ -319,6 +338,9 @@ class NodeEmitter:
                 # Every id is checked before the list is replaced.
                 o.append("    for (size_t i = 0; i < values.size(); ++i)")
                 o.append(f"        checkReferenceItem({tgt}, {key}, static_cast<int64_t>(i), values[i]);")
+            if idx:
+                o.append("    for (size_t i = 0; i < values.size(); ++i)")
+                o.append(f"        checkIndexReferenceItem({cstr(f.target)}, {key}, static_cast<int64_t>(i), values[i]);")
             o.append(f"    {m} = values;")
             o.append("}")
             o.append(f"bool {N}::has{C}Value(int64_t index) const {{")
@@ -341,11 +363,15 @@ class NodeEmitter:
             o.append(f"    checkSetIndex({key}, index, list->size());")
             if ref:
                 o.append(f"    checkReferenceItem({tgt}, {key}, index, value);")
+            if idx:
+                o.append(f"    checkIndexReferenceItem({cstr(f.target)}, {key}, index, value);")
             o.append("    (*list)[static_cast<size_t>(index)] = value;")
             o.append("}")
             o.append(f"void {N}::add{C}Value({P} value) {{")
             if ref:
                 o.append(f"    checkReferenceAdd({tgt}, {key}, value);")
+            if idx:
+                o.append(f"    checkIndexReferenceAdd({cstr(f.target)}, {key}, value);")
             if f.optional:
                 o.append(f"    if (!{m}) {m}.emplace();")
                 o.append(f"    {m}->push_back(value);")
@@ -378,7 +404,7 @@ class NodeEmitter:
         o.append(f"#ifndef {g}")
         o.append(f"#define {g}")
         o.append("")
-        o.append('#include "sorvane/arf/node/ItemList.h"')
+        o.append(f'#include "sorvane/{record.module}/node/ItemList.h"')
         o.append(f'#include "{record.node_header}"')
         o.append("")
         o.append(f"namespace {record.namespace} {{")

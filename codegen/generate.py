@@ -17,6 +17,7 @@ import model  # noqa: E402
 from emit_accessors import AccessorEmitter  # noqa: E402
 from emit_flat import FlatEmitter  # noqa: E402
 from emit_nodes import NodeEmitter  # noqa: E402
+from emit_tables import TableEmitter  # noqa: E402
 
 
 def main():
@@ -33,6 +34,7 @@ def main():
         return 1
 
     emitters = [NodeEmitter(records), AccessorEmitter(records), FlatEmitter(records)]
+    emitters.append(TableEmitter(records))
     if args.list:
         for record in records.values():
             for emitter in emitters:

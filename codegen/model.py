@@ -16,12 +16,18 @@ VALUE_KINDS = {
     "ref": {"cpp": "int64_t", "arg": "std::optional<int64_t>", "param": "int64_t", "ret": "int64_t"},
     "number": {"cpp": "double", "arg": "std::optional<double>", "param": "double", "ret": "double"},
     "boolean": {"cpp": "bool", "arg": "std::optional<bool>", "param": "bool", "ret": "bool"},
+    # An index into a list at the root (glTF): stored as read, checked by setters.
+    "index": {"cpp": "int64_t", "arg": "std::optional<int64_t>", "param": "int64_t", "ret": "int64_t"},
+    # A hand-written enumeration ("enum" names it, "header" its source): an
+    # integer in JSON, stored as read.
+    "enum": {"cpp": None, "arg": None, "param": None, "ret": None},
 }
 LIST_KINDS = {
     "strings": "std::string",
     "integers": "int64_t",
     "numbers": "double",
     "refs": "int64_t",
+    "indices": "int64_t",
 }
 NODE_KINDS = ("object", "list", "generic")
 PRESENCES = ("required", "always", "optional")
@@ -44,6 +50,10 @@ class Field:
         self.default = desc.get("default")
         self.of = desc.get("of")
         self.target = desc.get("target")
+        self.enum = desc.get("enum")
+        self.enum_header = desc.get("header")
+        # A value that a read of the absent member answers; never written.
+        self.read_default = desc.get("readDefault")
         where = f"{record.name}.{self.key}"
         if self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS:
             raise SchemaError(f"{where}: unknown type {self.type}")
@@ -51,8 +61,12 @@ class Field:
             raise SchemaError(f"{where}: unknown presence {self.presence}")
         if self.type in ("object", "list") and not self.of:
             raise SchemaError(f"{where}: '{self.type}' needs 'of'")
-        if self.type in ("ref", "refs") and not self.target:
+        if self.type in ("ref", "refs", "index", "indices") and not self.target:
             raise SchemaError(f"{where}: '{self.type}' needs 'target'")
+        if self.type == "enum" and not (self.enum and self.enum_header):
+            raise SchemaError(f"{where}: 'enum' needs 'enum' and 'header'")
+        if self.read_default is not None and not (self.optional and self.type in ("string", "integer", "number", "boolean")):
+            raise SchemaError(f"{where}: 'readDefault' is for optional plain values")
 
     # The C++ member name; a suffix keeps keys such as "root" or "parent"
     # clear of the node's own members.
@@ -85,18 +99,35 @@ class Field:
         return self.type in ("ref", "refs")
 
     @property
+    def is_index(self):
+        return self.type in ("index", "indices")
+
+    @property
+    def kind(self):
+        """The C++ types of a plain value member (VALUE_KINDS, with the
+        enumeration's own type filled in)."""
+        if self.type != "enum":
+            return VALUE_KINDS[self.type]
+        return {"cpp": self.enum, "arg": f"std::optional<{self.enum}>", "param": self.enum, "ret": self.enum}
+
+    @property
     def element(self):
         return LIST_KINDS[self.type]
+
+    @property
+    def of_record(self):
+        """The record an 'object' or 'list' member holds, from the same module."""
+        return self.record.records.find(self.record.module, self.of)
 
     def child_class(self, records):
         if self.type == "generic":
             return "ObjectNode"
-        target = records[self.of]
+        target = self.of_record
         return target.list_class if self.type == "list" else target.node_class
 
     def base_type(self, records):
         if self.is_value:
-            return VALUE_KINDS[self.type]["cpp"]
+            return self.kind["cpp"]
         if self.is_list:
             return f"std::vector<{self.element}>"
         return f"std::shared_ptr<{self.child_class(records)}>"
@@ -111,11 +142,13 @@ class Field:
         """The record a reference points at, when the model holds its list."""
         section, key = self.target_parts()
         for r in records.values():
+            if r.module != self.record.module:
+                continue
             if section is None and r.root_list == key:
                 return r
             if section is not None and r.section == section:
                 field = next((f for f in r.fields if f.key == key and f.type == "list"), None)
-                return records[field.of] if field else None
+                return field.of_record if field else None
         return None
 
     def target_parts(self):
@@ -126,8 +159,9 @@ class Field:
 
 
 class Record:
-    def __init__(self, module, desc):
+    def __init__(self, module, desc, records=None):
         self.module = module
+        self.records = records
         self.name = desc["name"]
         self.source = desc["source"]
         self.has_list = bool(desc.get("list", False))
@@ -192,20 +226,42 @@ class Record:
         return [self.field(k) for k in self.init_keys]
 
 
+class Records(dict):
+    """All records, keyed by (module, name): the same name may be a record of
+    several modules ("Node", "Mesh", "Skin", "Asset" are in arf and gltf2)."""
+
+    def find(self, module, name):
+        return self.get((module, name))
+
+    def of_module(self, module):
+        return [r for r in self.values() if r.module == module]
+
+    @property
+    def modules(self):
+        return sorted({r.module for r in self.values()})
+
+
+MODULES = ("arf", "gltf2")
+
+
 def load(paths):
-    records = {}
+    records = Records()
     for path in paths:
         with open(path, encoding="utf-8") as f:
             doc = json.load(f)
+        if doc["module"] not in MODULES:
+            raise SchemaError(f"{path}: unknown module {doc['module']}")
         for desc in doc["records"]:
-            record = Record(doc["module"], desc)
-            if record.name in records:
-                raise SchemaError(f"{path}: record {record.name} described twice")
-            records[record.name] = record
+            record = Record(doc["module"], desc, records)
+            if (record.module, record.name) in records:
+                raise SchemaError(f"{path}: record {record.module}.{record.name} described twice")
+            if not record.source.startswith(record.module + "/"):
+                raise SchemaError(f"{path}: {record.name} is not under {record.module}/")
+            records[(record.module, record.name)] = record
     for record in records.values():
         for field in record.fields:
-            if field.type in ("object", "list") and field.of not in records:
+            if field.type in ("object", "list") and field.of_record is None:
                 raise SchemaError(f"{record.name}.{field.key}: unknown record {field.of}")
-            if field.type == "list" and not records[field.of].has_list:
+            if field.type == "list" and not field.of_record.has_list:
                 raise SchemaError(f"{record.name}.{field.key}: {field.of} has no list")
     return records

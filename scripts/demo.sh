@@ -53,3 +53,17 @@ echo
 echo "== talvex stream-make examples/face.stream.txt, then stream-dump"
 "$talvex" stream-make examples/face.stream.txt "$work/face.stream"
 "$talvex" stream-dump "$work/face.stream"
+
+echo
+echo "== Python: the talvex package in a fresh venv, printing the example avatar's skeleton"
+if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/python3 -m pip --version >/dev/null 2>&1; then
+  /usr/bin/python3 -m venv --system-site-packages --without-pip "$work/venv"
+  mkdir "$work/python"
+  cp -r python/pyproject.toml python/setup.py python/README.md python/talvex "$work/python/"
+  TALVEX_SOURCE_DIR=$PWD TALVEX_LIBRARY="$build/libtalvex.so" \
+    "$work/venv/bin/python" -m pip install -q --no-build-isolation --no-deps "$work/python" >/dev/null
+  "$work/venv/bin/python" examples/python/print_skeleton.py examples/avatar.arf.json
+  "$work/venv/bin/python" examples/python/print_stream.py "$work/face.stream"
+else
+  echo "(skipped: python3-venv, python3-pip or python3-setuptools missing)"
+fi

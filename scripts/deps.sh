@@ -5,9 +5,12 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config python3
+  python3-venv python3-pip python3-setuptools python3-wheel  # the Python package and its test
+  python3-pytest python3-numpy  # optional for the Python package: its tests run with and without numpy
   libzip-dev zlib1g-dev libpng-dev libjpeg62-turbo-dev libargs-dev
   googletest libgtest-dev libbenchmark-dev
   rapidjson-dev   # benchmarks only: the reference the JSON layer is measured against
+  libassimp-dev   # benchmarks only: the OBJ reader loadObj is measured against
   ccache          # optional speed-up, used when present
   clang libclang-rt-14-dev  # libFuzzer targets and the clang build check
 )

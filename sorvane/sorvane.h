@@ -29,6 +29,8 @@ SORVANE_API void sorvane_clearErrorMessage(void);
 #include "sorvane/flat/sorvane_archive.h"
 #include "sorvane/flat/sorvane_arf.h"
 #include "sorvane/flat/sorvane_datatree.h"
+#include "sorvane/flat/sorvane_image.h"
 #include "sorvane/flat/sorvane_stream.h"
+#include "sorvane/flat/sorvane_animation.h"
 
 #endif

@@ -7,10 +7,15 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
+sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
+sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
 
 template <class M>
 static sorvane::Mode* make(args::ArgumentParser& parser) {
@@ -30,6 +35,14 @@ AppModes::AppModes() {
     addMode("stream-make", createStreamMakeMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
+    addCategory("Images");
+    addMode("image-info", createImageInfoMode);
+    addMode("image-convert", createImageConvertMode);
+    addCategory("Meshes");
+    addMode("mesh-convert", createMeshConvertMode);
+    addCategory("Checks");
+    addMode("compare-tensors", createCompareTensorsMode);
+    addMode("validate", createValidateMode);
 }
 
 } // namespace talvex_app

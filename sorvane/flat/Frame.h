@@ -78,6 +78,13 @@ int32_t values(T* out, int64_t outBytes, int64_t* pvalueCount, const char* nullT
     return (copied || !out) ? 0 : -1;
 }
 
+// The values of a list that is absent.
+template <class T>
+const std::vector<T>& none() {
+    static const std::vector<T> empty;
+    return empty;
+}
+
 // The values of an array argument; a null array is refused unless empty.
 template <class T>
 std::vector<T> array(const T* values, int64_t count) {

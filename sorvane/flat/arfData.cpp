@@ -42,8 +42,9 @@ int32_t sorvane_arf_Data_getTensorPtr(DataTree** out, sorvane_arf_Data* self) {
 
 int32_t sorvane_arf_Data_getTensorData(int64_t* out, int32_t* pdtype, int64_t* dims, int64_t dimsCapacity,
                                        int64_t* pdimCount, void* buffer, int64_t bufferSize, sorvane_arf_Data* self) {
-    if (!pdtype) return flat::fail("pdtype is NULL");
-    if (!pdimCount) return flat::fail("pdimCount is NULL");
+    // self, then out, then the other pointers.
+    if (self && out && !pdtype) return flat::fail("pdtype is NULL");
+    if (self && out && !pdimCount) return flat::fail("pdimCount is NULL");
     return flat::get(out, kData, self, [&](Data& d) {
         std::vector<long> sizes;
         sorvane::arf::DataDType dtype = sorvane::arf::DATA_DTYPE_NONE;
@@ -80,7 +81,7 @@ int32_t sorvane_arf_DataList_addDense(sorvane_arf_Data** out, sorvane_arf_DataLi
 int32_t sorvane_arf_DataList_addDenseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self, DataTree* tensor,
                                             bool embedded, const char* uri, const char* name, bool autoId,
                                             int64_t id) {
-    if (!tensor) return flat::fail("tensor is NULL");
+    if (self && out && !tensor) return flat::fail("tensor is NULL");
     return flat::get(out, kDataList, self, [&](DataList& l) {
         return l.addDenseTensorPtr(*tensor, embedded, uri, name, idOf(autoId, id));
     });
@@ -111,7 +112,7 @@ int32_t sorvane_arf_DataList_addSparseFromDense(sorvane_arf_Data** out, sorvane_
 int32_t sorvane_arf_DataList_addSparseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self, DataTree* tensor,
                                              int32_t itype, bool embedded, const char* uri, const char* name,
                                              bool autoId, int64_t id) {
-    if (!tensor) return flat::fail("tensor is NULL");
+    if (self && out && !tensor) return flat::fail("tensor is NULL");
     return flat::get(out, kDataList, self, [&](DataList& l) {
         return l.addSparseTensorPtr(*tensor, static_cast<sorvane::arf::DataIType>(itype), embedded, uri, name,
                                     idOf(autoId, id));

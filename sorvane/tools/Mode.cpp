@@ -11,10 +11,11 @@ Mode::~Mode() = default;
 
 int Mode::run(const std::vector<std::string>& arguments) {
     try {
+        status = STATUS_DONE;
         parser->Reset();
         parser->ParseArgs(arguments);
         execute();
-        return 0;
+        return status;
     } catch (const args::Help&) {
         std::cout << *parser;
         return 1;

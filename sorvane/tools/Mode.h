@@ -19,12 +19,26 @@ public:
 
     virtual void execute() = 0;
 
+    // Exit codes of run(). A mode sets its outcome with setStatus() in
+    // execute(): done, or different/invalid for a comparison or a check.
+    static constexpr int STATUS_DONE = 0;
+    static constexpr int STATUS_HELP = 1;
+    static constexpr int STATUS_ERROR = 2;
+    static constexpr int STATUS_DIFFERENT = 3;
+
     // Parses the arguments and runs execute(); returns the exit code:
-    // 0 done, 1 help shown, 2 parse error or failure.
+    // the status execute() set (0 unless set), 1 help shown, 2 parse error
+    // or failure.
     int run(const std::vector<std::string>& arguments);
+
+    int getStatus() const { return status; }
+    void setStatus(int value) { status = value; }
 
 protected:
     args::ArgumentParser* parser;
+
+private:
+    int status = STATUS_DONE;
 };
 
 } // namespace sorvane

@@ -117,8 +117,19 @@ TEST(ArfFlat, ListsIdsAndArrays) {
     sorvane_arf_Lod* lod = nullptr;
     ASSERT_EQ(sorvane_arf_LodList_add(&lod, lods, "l", true, 0), 0);
     int64_t count = -1;
-    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, &count, lod), -1);
-    EXPECT_EQ(slotMessage(), "Getting structure.assets[2].lods[1].meshes: No value");  // absent optional list
+    // An absent optional list has no values, as its size says.
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, &count, lod), 0);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesSize(&count, lod), 0);
+    EXPECT_EQ(count, 0);
+    int64_t untouched[1] = {42};
+    count = -1;
+    EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(untouched, sizeof untouched, &count, lod), 0);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(untouched[0], 42);
+    bool has = true;
+    EXPECT_EQ(sorvane_arf_Lod_hasMeshes(&has, lod), 0);
+    EXPECT_FALSE(has);
     EXPECT_EQ(sorvane_arf_Lod_setMeshesItemValues(lod, nullptr, 0), 0);
     EXPECT_EQ(sorvane_arf_Lod_getMeshesItemValues(nullptr, 0, &count, lod), 0);
     EXPECT_EQ(count, 0);
@@ -223,6 +234,23 @@ TEST(ArfFlat, DataItemsAddAndRead) {
     EXPECT_EQ(slotMessage(), "data is NULL");
     EXPECT_EQ(sorvane_arf_DataList_addDenseTensor(&sparse, list, nullptr, false, nullptr, nullptr, true, 0), -1);
     EXPECT_EQ(slotMessage(), "tensor is NULL");
+    // Checks run self, then out, then the other pointers.
+    int32_t dtype = 0;
+    int64_t dimCount = 0;
+    EXPECT_EQ(sorvane_arf_Data_getTensorData(nullptr, nullptr, nullptr, 0, nullptr, nullptr, 0, nullptr), -1);
+    EXPECT_EQ(slotMessage(), "data is NULL");
+    EXPECT_EQ(sorvane_arf_Data_getTensorData(nullptr, nullptr, nullptr, 0, nullptr, nullptr, 0, item), -1);
+    EXPECT_EQ(slotMessage(), "out is NULL");
+    EXPECT_EQ(sorvane_arf_Data_getTensorData(&size, nullptr, nullptr, 0, nullptr, nullptr, 0, item), -1);
+    EXPECT_EQ(slotMessage(), "pdtype is NULL");
+    EXPECT_EQ(sorvane_arf_Data_getTensorData(&size, &dtype, nullptr, 0, nullptr, nullptr, 0, item), -1);
+    EXPECT_EQ(slotMessage(), "pdimCount is NULL");
+    EXPECT_EQ(sorvane_arf_Data_getTensorData(&size, &dtype, nullptr, 0, &dimCount, nullptr, 0, item), 0);
+    EXPECT_EQ(dimCount, 1);
+    EXPECT_EQ(sorvane_arf_DataList_addDenseTensor(nullptr, nullptr, nullptr, false, nullptr, nullptr, true, 0), -1);
+    EXPECT_EQ(slotMessage(), "dataList is NULL");
+    EXPECT_EQ(sorvane_arf_DataList_addSparseTensor(nullptr, list, nullptr, 0, false, nullptr, nullptr, true, 0), -1);
+    EXPECT_EQ(slotMessage(), "out is NULL");
 
     DataTree* tensor = nullptr;
     ASSERT_EQ(sorvane_arf_Data_getTensorPtr(&tensor, item), 0);

@@ -14,6 +14,7 @@ public:
     explicit EchoMode(args::ArgumentParser& p) : Mode(p), value(p, "value", "a value") {}
     void execute() override {
         if (args::get(value) == "fail") throw std::runtime_error("failed on purpose");
+        if (args::get(value) == "different") setStatus(STATUS_DIFFERENT);
         last = args::get(value);
     }
     static std::string last;
@@ -82,4 +83,16 @@ TEST(Modes, ExitCodesOfAMode) {
     Captured c;
     EXPECT_EQ(modes.run(std::vector<std::string>{"prog", "echo", "fail"}), 2);
     EXPECT_EQ(c.err.str(), "Error: failed on purpose\n");
+}
+
+TEST(Modes, StatusSetByExecuteIsTheExitCode) {
+    args::ArgumentParser parser("echo");
+    EchoMode mode(parser);
+    EXPECT_EQ(mode.run({"different"}), 3);
+    EXPECT_EQ(mode.getStatus(), 3);
+    // A second run starts from "done" again.
+    EXPECT_EQ(mode.run({"same"}), 0);
+    auto modes = makeModes();
+    Captured c;
+    EXPECT_EQ(modes.run(std::vector<std::string>{"prog", "echo", "different"}), 3);
 }

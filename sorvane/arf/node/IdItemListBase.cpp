@@ -2,7 +2,6 @@
 
 namespace sorvane::arf {
 
-// The key function: vtable and type information of the interface live here.
-IdItemListBase::~IdItemListBase() = default;
+#include "sorvane/docmodel/node/IdItemListBase.cpp.inl"
 
 } // namespace sorvane::arf

@@ -2,12 +2,6 @@
 
 namespace sorvane::arf {
 
-Object::Object() = default;
-
-Object::Object(const GenericProperty& value) : GenericProperty(value) {}
-
-Object::~Object() = default;
-
-const char* Object::getPropertyTypeName() const { return "Object"; }
+#include "sorvane/docmodel/property/Object.cpp.inl"
 
 } // namespace sorvane::arf

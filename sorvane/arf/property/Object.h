@@ -5,17 +5,7 @@
 
 namespace sorvane::arf {
 
-// A generic value used as an object; it differs from GenericProperty only by
-// its type name.
-class SORVANE_API Object : public GenericProperty {
-public:
-    using GenericProperty::GenericProperty;
-    Object();
-    Object(const GenericProperty& value);
-    ~Object() override;
-
-    const char* getPropertyTypeName() const override;
-};
+#include "sorvane/docmodel/property/Object.h.inl"
 
 } // namespace sorvane::arf
 

@@ -4,19 +4,6 @@
 
 namespace sorvane::arf {
 
-IntegerNode::IntegerNode(const NodeParent& parent_, int64_t value_) : AbstractNode(parent_), value(value_) {}
-
-const char* IntegerNode::getNodeTypeName() const { return "integer"; }
-bool IntegerNode::isNodeInteger() const { return true; }
-int64_t IntegerNode::getNodeInteger() const { return value; }
-void IntegerNode::setNodeInteger(int64_t value_) { value = value_; }
-
-void IntegerNode::fromJson(archive::JsonImporter& importer) {
-    auto v = importer.nextInteger();
-    if (!v) SORVANE_THROW("Expect an integer at line %d", importer.getLine());
-    value = *v;
-}
-
-void IntegerNode::toJson(archive::JsonExporter& exporter) const { exporter.addInteger(value); }
+#include "sorvane/docmodel/node/generic/IntegerNode.cpp.inl"
 
 } // namespace sorvane::arf

@@ -2,7 +2,6 @@
 
 namespace sorvane::arf {
 
-ObjectNode::ObjectNode(const NodeParent& parent_) : ObjectNodeTemplate(parent_) {}
-ObjectNode::~ObjectNode() = default;
+#include "sorvane/docmodel/node/generic/ObjectNode.cpp.inl"
 
 } // namespace sorvane::arf

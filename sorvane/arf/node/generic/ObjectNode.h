@@ -5,12 +5,7 @@
 
 namespace sorvane::arf {
 
-// The generic object of ARF documents (configuration values and the like).
-class SORVANE_API ObjectNode : public ObjectNodeTemplate<AbstractNode> {
-public:
-    explicit ObjectNode(const NodeParent& parent);
-    ~ObjectNode() override;
-};
+#include "sorvane/docmodel/node/generic/ObjectNode.h.inl"
 
 } // namespace sorvane::arf
 

@@ -1,0 +1,99 @@
+// Shared by the two document models: included inside namespace sorvane::arf
+// and namespace sorvane::gltf2, where RootNode and the other names resolve
+// to the module's own classes.
+
+class AbstractNode;
+class RootNode;
+
+// The parent handed to a node's constructor: a shared or a weak reference to
+// any node class.
+struct NodeParent {
+    std::shared_ptr<AbstractNode> node;
+    NodeParent(const std::shared_ptr<AbstractNode>& parent) : node(parent) {}
+    NodeParent(const std::weak_ptr<AbstractNode>& parent) : node(parent.lock()) {}
+    template <class T>
+    NodeParent(const std::shared_ptr<T>& parent) : node(parent) {}
+    template <class T>
+    NodeParent(const std::weak_ptr<T>& parent) : node(parent.lock()) {}
+};
+
+// One node of a document tree: a JSON object or array of the document.
+// Children are owned by their parents; the links upward (root, parent) are
+// weak. Every operation that a kind of node does not support fails with a
+// message naming the node by its path.
+class SORVANE_API AbstractNode : public std::enable_shared_from_this<AbstractNode> {
+public:
+    using Ref = std::shared_ptr<AbstractNode>;
+    using ConstRef = std::shared_ptr<const AbstractNode>;
+    using WeakRef = std::weak_ptr<AbstractNode>;
+
+    virtual ~AbstractNode();
+
+    virtual std::weak_ptr<RootNode> getNodeRoot() const;
+    virtual WeakRef getNodeParent() const;
+    virtual void setNodeParent(const WeakRef& parent);
+    virtual void setNodeParent(const Ref& parent);
+    virtual bool isNodePresent() const;
+    virtual int64_t getNodeIndex() const;
+    virtual std::optional<std::string> getNodeIdRepr() const;
+    virtual std::string getNodeName() const;
+    virtual std::string getNodePath() const;
+    virtual const char* getNodeTypeName() const = 0;
+    virtual void removeNode();
+
+    virtual bool isNodeNull() const;
+    virtual bool isNodeInteger() const;
+    virtual int64_t getNodeInteger() const;
+    virtual void setNodeInteger(int64_t value);
+    virtual bool isNodeString() const;
+    virtual std::string getNodeString() const;
+    virtual void setNodeString(const std::string& value);
+
+    virtual bool isNodeEmpty() const;
+    virtual int64_t getNodeSize() const;
+    virtual bool hasNodeItem(const AbstractNode* item) const;
+    virtual void removeNodeItem(const AbstractNode* item);
+    virtual void removeNodeItems();
+    virtual std::vector<std::string> getNodeItemNames() const;
+    virtual const char* getNodeItemTypeName() const;
+
+    virtual bool isNodeObject() const;
+    virtual bool hasNodeItem(const std::string& key) const;
+    virtual ConstRef getNodeItem(const std::string& key) const;
+    virtual Ref getNodeItem(const std::string& key);
+    virtual void setNodeItem(const std::string& key, const Ref& item);
+    virtual void removeNodeItem(const std::string& key);
+    virtual std::string findNodeItemKey(const AbstractNode* item) const;
+
+    virtual bool isNodeList() const;
+    virtual bool hasNodeItem(int64_t index) const;
+    virtual ConstRef getNodeItem(int64_t index) const;
+    virtual Ref getNodeItem(int64_t index);
+    virtual void addNodeItem(const Ref& item);
+    virtual void setNodeItem(int64_t index, const Ref& item);
+    virtual void removeNodeItem(int64_t index);
+    virtual int64_t findNodeItemIndex(const AbstractNode* item) const;
+    virtual int64_t findNodeItemIndexByName(const std::string& name) const;
+    virtual std::vector<std::string> getNodeStringVector() const;
+
+    virtual void fromJson(archive::JsonImporter& importer) = 0;
+    virtual void toJson(archive::JsonExporter& exporter) const = 0;
+    virtual std::string toJsonString(const archive::JsonExporter::Options& options = {}) const;
+
+protected:
+    AbstractNode();  // for RootNode only
+    explicit AbstractNode(const NodeParent& parent);
+
+    // The failures of the unsupported families, with this node's path.
+    [[noreturn]] void failNotContainer() const;
+    [[noreturn]] void failNotList() const;
+    [[noreturn]] void failNotObject() const;
+    [[noreturn]] void failNotString() const;
+    [[noreturn]] void failNotInteger() const;
+
+    std::weak_ptr<RootNode> root;
+    WeakRef parent;
+};
+
+// Writes the node as JSON with default options.
+SORVANE_API std::ostream& operator<<(std::ostream& out, const AbstractNode& node);

@@ -1,0 +1,113 @@
+// Shared by the two document models: included inside namespace sorvane::arf
+// and namespace sorvane::gltf2, where RootNode and the other names resolve
+// to the module's own classes.
+
+// The list accessor of an item list (AssetList over AssetNodes, ...): gives
+// object accessors of type ItemT for its records.
+template <class ListNodeT, class ItemT>
+class SORVANE_API ListProperty : public Property {
+public:
+    using NodeType = ListNodeT;
+    using Item = ItemT;
+    using RecordNodeType = typename ItemT::NodeType;
+
+    ListProperty() = default;
+    ListProperty(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<ListNodeT>& node_, bool readOnly_)
+        : Property(root_, readOnly_), nodeRef(node_) {}
+
+    int64_t getPropertyIndex() const override { return node().getNodeIndex(); }
+    std::string getPropertyName() const override { return node().getNodeName(); }
+    std::string getPropertyPath() const override { return node().getNodePath(); }
+    const char* getPropertyTypeName() const override { return node().getNodeTypeName(); }
+    void outputRepresentation(std::ostream& out) const override { out << node(); }
+
+    bool isPropertyPresent() const { return nodeRef && nodeRef->isNodePresent(); }
+    bool empty() const { return node().isNodeEmpty(); }
+    int64_t size() const { return node().getNodeSize(); }
+    bool hasByIndex(int64_t index) const { return node().hasNodeItem(index); }
+    bool hasByName(const std::string& name) const { return node().findNodeItemIndexByName(name) >= 0; }
+    int64_t findPropertyItemIndexByName(const std::string& name) const { return node().findNodeItemIndexByName(name); }
+    std::vector<std::string> getPropertyItemNames() const { return node().getNodeItemNames(); }
+
+    Item getByIndex(int64_t index) const { return Item(propertyRoot, node().getByIndex(index), propertyReadOnly); }
+    Item* getPtrByIndex(int64_t index) const { return new Item(getByIndex(index)); }
+    Item getByName(const std::string& name) const {
+        int64_t index = node().findNodeItemIndexByName(name);
+        if (index < 0) SORVANE_THROW("No item with name '%s' in %s", name.c_str(), node().getNodePath().c_str());
+        return getByIndex(index);
+    }
+    Item* getPtrByName(const std::string& name) const { return new Item(getByName(name)); }
+
+    // Id forms, for lists whose records carry ids.
+    bool has(int64_t id) const { return node().findNodeItemIndexById(id) >= 0; }
+    int64_t find(const std::string& name) const { return node().findNodeItemIdByName(name); }
+    Item get(int64_t id) const { return Item(propertyRoot, node().get(id), propertyReadOnly); }
+    Item* getPtr(int64_t id) const { return new Item(get(id)); }
+    Item operator[](int64_t id) const { return get(id); }
+    void remove(int64_t id) {
+        ListNodeT& n = node();
+        checkWritable(Change::ListAdd, n.getNodePath());
+        n.remove(id);
+    }
+
+    void removeByIndex(int64_t index) {
+        ListNodeT& n = node();
+        checkWritable(Change::ListAdd, n.getNodePath());
+        n.removeByIndex(index);
+    }
+
+    // A new record made with the record's init arguments; the accessor of
+    // the new record is writable.
+    template <class... A>
+    Item add(A&&... args) {
+        ListNodeT& n = node();
+        checkWritable(Change::ListAdd, n.getNodePath());
+        return Item(propertyRoot, n.add(std::forward<A>(args)...), false);
+    }
+    template <class... A>
+    Item* addPtr(A&&... args) {
+        return new Item(add(std::forward<A>(args)...));
+    }
+
+    void removeProperty() {
+        checkWritable(Change::RemoveProperty, node().getNodePath());
+        nodeRef->removeNode();
+        nodeRef.reset();
+    }
+
+    const std::shared_ptr<ListNodeT>& getNode() const { return nodeRef; }
+
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Item;
+        using difference_type = std::ptrdiff_t;
+        using pointer = void;
+        using reference = Item;
+
+        Iterator(const ListProperty* list_, int64_t index_) : list(*list_), index(index_) {}
+        Item operator*() const { return list.getByIndex(index); }
+        Iterator& operator++() {
+            ++index;
+            return *this;
+        }
+        bool operator==(const Iterator& other) const { return index == other.index; }
+        bool operator!=(const Iterator& other) const { return index != other.index; }
+
+    private:
+        ListProperty list;  // holds the document while iterating
+        int64_t index;
+    };
+    using ConstIterator = Iterator;
+
+    Iterator begin() const { return Iterator(this, 0); }
+    Iterator end() const { return Iterator(this, size()); }
+
+protected:
+    ListNodeT& node() const {
+        if (!nodeRef) failInvalidNode();
+        return *nodeRef;
+    }
+
+    std::shared_ptr<ListNodeT> nodeRef;
+};

@@ -1,0 +1,345 @@
+// Shared by the two document models: included inside namespace sorvane::arf
+// and namespace sorvane::gltf2, where RootNode and the other names resolve
+// to the module's own classes.
+
+namespace detail {
+
+inline std::string textArgument(const char* text) {
+    if (!text) throw std::logic_error("basic_string::_S_construct null not valid");
+    return std::string(text);
+}
+
+// The accessor of the record a reference names: "Getting item from %s:
+// Invalid id %ld" for a dangling id.
+template <class Acc, class TargetList, class NodeT>
+Acc followReference(const NodeT& owner, const ReferenceTarget& target, int64_t id,
+                    const std::shared_ptr<RootNode>& root, bool readOnly) {
+    auto list = std::dynamic_pointer_cast<TargetList>(owner.getReferenceList(target));
+    if (!list) SORVANE_THROW("Invalid node");
+    return Acc(root, list->get(id), readOnly);
+}
+
+inline void writeValue(archive::JsonExporter& out, const std::string& v) { out.addString(v); }
+inline void writeValue(archive::JsonExporter& out, int64_t v) { out.addInteger(v); }
+inline void writeValue(archive::JsonExporter& out, double v) { out.addNumber(v); }
+inline void writeValue(archive::JsonExporter& out, bool v) { out.addBoolean(v); }
+template <class E, std::enable_if_t<std::is_enum_v<E>, int> = 0>
+void writeValue(archive::JsonExporter& out, E v) {
+    out.addInteger(static_cast<int64_t>(v));
+}
+
+// Whether a descriptor gives a value that answers a read of the absent member.
+template <class D, class = void>
+struct HasReadDefault : std::false_type {};
+template <class D>
+struct HasReadDefault<D, std::void_t<decltype(D::kReadDefault)>> : std::true_type {};
+inline void writeValue(archive::JsonExporter& out, const std::vector<std::string>& v) { out.addStringList(v); }
+inline void writeValue(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
+inline void writeValue(archive::JsonExporter& out, const std::vector<double>& v) { out.addNumberList(v); }
+
+} // namespace detail
+
+// A text, integer, number or boolean member.
+template <class NodeT, class D>
+class SORVANE_API ValueMember : public MemberProperty<NodeT, D> {
+public:
+    using Value = typename D::Value;
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ValueMember() = default;
+    ValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return D::kTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        if constexpr (D::kOptional) {
+            if (!D::has(this->node())) {
+                out << "null";
+                return;
+            }
+        }
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, static_cast<Value>(D::get(this->node())));
+    }
+
+    decltype(auto) get() const {
+        const NodeT& n = this->node();
+        if constexpr (D::kOptional && !detail::HasReadDefault<D>::value) {
+            if (!D::has(n)) SORVANE_THROW("In %s: No %s", n.getNodePath().c_str(), D::kKey);
+        }
+        return D::get(n);
+    }
+
+    void set(const Value& value) { D::set(this->writableNode(Change::Set), value); }
+
+    // Text members.
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    const char* c_str() const {
+        return get().c_str();
+    }
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    void set(const char* value) {
+        set(detail::textArgument(value));
+    }
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    void add(const std::string& text) {
+        NodeT& n = this->writableNode(Change::Append);
+        std::string value;
+        if constexpr (D::kOptional) {
+            if (D::has(n)) value = D::get(n);
+        } else {
+            value = D::get(n);
+        }
+        D::set(n, value + text);
+    }
+
+    // Integer members also take an int.
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, int64_t>>>
+    void set(int value) {
+        set(static_cast<int64_t>(value));
+    }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A list of texts, integers or numbers, references included.
+template <class NodeT, class D>
+class SORVANE_API ValueListMember : public MemberProperty<NodeT, D> {
+public:
+    using Element = typename D::Element;
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ValueListMember() = default;
+    ValueListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return "list"; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        if constexpr (D::kOptional) {
+            if (!D::has(this->node())) {
+                out << "null";
+                return;
+            }
+        }
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, D::get(this->node()));
+    }
+
+    int64_t size() const { return D::size(this->node()); }
+    bool has(int64_t index) const { return D::hasValue(this->node(), index); }
+    const std::vector<Element>& get() const { return D::get(this->node()); }
+    decltype(auto) get(int64_t index) const { return D::getValue(this->node(), index); }
+    void set(const std::vector<Element>& values) { D::set(this->writableNode(Change::Set), values); }
+    void set(int64_t index, const Element& value) { D::setValue(this->writableNode(Change::SetItem), index, value); }
+    void add(const Element& value) { D::addValue(this->writableNode(Change::AddItem), value); }
+    void remove(int64_t index) { D::removeValue(this->writableNode(Change::RemoveItem), index); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A reference to one record of another list (Node::Parent, Skin::Mesh): get()
+// follows it to the record's accessor Acc, getIndex() gives the stored id.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API ReferenceMember : public ValueMember<NodeT, D> {
+public:
+    using Base = ValueMember<NodeT, D>;
+
+    ReferenceMember() = default;
+    ReferenceMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    int64_t getIndex() const { return Base::get(); }
+
+    // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
+    Acc get() const {
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->propertyRoot,
+                                                        this->propertyReadOnly);
+    }
+    Acc* getPtr() const { return new Acc(get()); }
+
+    using Base::set;
+    void set(const Acc& target) { Base::set(target.getPropertyId()); }
+
+    bool operator==(int64_t id) const { return getIndex() == id; }
+    bool operator==(const Acc& target) const { return getIndex() == target.getPropertyId(); }
+};
+
+// A list of references (Mesh::Data, Node::Children): the ids as values, and
+// the records they name through getTarget.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API ReferenceListMember : public ValueListMember<NodeT, D> {
+public:
+    using Base = ValueListMember<NodeT, D>;
+
+    ReferenceListMember() = default;
+    ReferenceListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    Acc getTarget(int64_t index) const {
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, Base::get(index),
+                                                        this->propertyRoot, this->propertyReadOnly);
+    }
+    Acc* getTargetPtr(int64_t index) const { return new Acc(getTarget(index)); }
+    void setTarget(int64_t index, const Acc& target) { Base::set(index, target.getPropertyId()); }
+};
+
+// A child record, viewed through its own object accessor Acc.
+template <class NodeT, class Acc, class D>
+class SORVANE_API ChildMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ChildMember() = default;
+    ChildMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return Acc::NodeType::kTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& child = D::get(this->node());
+        if (child) out << *child;
+        else out << "null";
+    }
+
+    Acc get() const { return Acc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
+    Acc* getPtr() const { return new Acc(get()); }
+
+    struct Arrow {
+        Acc value;
+        Acc* operator->() { return &value; }
+    };
+    Arrow operator->() const { return Arrow{get()}; }
+    operator Acc() const { return get(); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A child list, viewed through its list accessor ListAcc.
+template <class NodeT, class ListAcc, class D>
+class SORVANE_API ChildListMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+    using Item = typename ListAcc::Item;
+    using ListNode = typename ListAcc::NodeType;
+
+    ChildListMember() = default;
+    ChildListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return Item::NodeType::kListTypeName; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& list = D::get(this->node());
+        if (list) out << *list;
+        else out << "null";
+    }
+
+    ListAcc get() const { return ListAcc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
+    ListAcc* getPtr() const { return new ListAcc(get()); }
+
+    int64_t size() const {
+        const auto& list = D::get(this->node());
+        return list ? list->getNodeSize() : 0;
+    }
+    bool has(int64_t id) const {
+        const auto& list = D::get(this->node());
+        return list && list->findNodeItemIndexById(id) >= 0;
+    }
+    Item get(int64_t id) const { return get().get(id); }
+    Item operator[](int64_t id) const { return get(id); }
+    Item getByIndex(int64_t index) const { return get().getByIndex(index); }
+
+    // Creates an absent list on the first item added.
+    template <class... A>
+    Item add(A&&... args) {
+        NodeT& n = this->writableNode(Change::AddItem);
+        if (!D::get(n)) D::set(n, std::make_shared<ListNode>(this->owner));
+        return get().add(std::forward<A>(args)...);
+    }
+    template <class... A>
+    Item* addPtr(A&&... args) {
+        return new Item(add(std::forward<A>(args)...));
+    }
+
+    std::vector<std::string> getPropertyItemNames() const {
+        const auto& list = D::get(this->node());
+        if (!list)
+            SORVANE_THROW("Getting names of items of %s: Property does not exist", this->getPropertyPath().c_str());
+        return list->getNodeItemNames();
+    }
+    int64_t findPropertyItemIndexByName(const std::string& name) const {
+        const auto& list = D::get(this->node());
+        if (!list)
+            SORVANE_THROW("Finding name in items of %s: Property does not exist", this->getPropertyPath().c_str());
+        return list->findNodeItemIndexByName(name);
+    }
+
+    struct Arrow {
+        ListAcc value;
+        ListAcc* operator->() { return &value; }
+    };
+    Arrow operator->() const { return Arrow{get()}; }
+    operator ListAcc() const { return get(); }
+
+    typename ListAcc::Iterator begin() const { return get().begin(); }
+    typename ListAcc::Iterator end() const { return get().end(); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};
+
+// A generic object value (a flat object of strings, integers and lists),
+// viewed as an Object. A writable accessor makes an absent value empty on
+// first use; a read-only one reports it missing.
+template <class NodeT, class D>
+class SORVANE_API GenericMember : public MemberProperty<NodeT, D> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    GenericMember() = default;
+    GenericMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    const char* getPropertyTypeName() const override { return "Object"; }
+
+    void outputRepresentation(std::ostream& out) const override {
+        const auto& value = D::get(this->node());
+        if (value) out << *value;
+        else out << "null";
+    }
+
+    Object get() const {
+        NodeT& n = this->node();
+        std::shared_ptr<ObjectNode> value = D::get(n);
+        if (!value) {
+            if (this->propertyReadOnly) SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
+            value = std::make_shared<ObjectNode>(this->owner);
+            D::set(n, value);
+        }
+        return Object(this->propertyRoot, value, this->propertyReadOnly);
+    }
+    Object* getPtr() const { return new Object(get()); }
+
+    void removeProperty() {
+        static_assert(D::kOptional, "only optional members can be removed");
+        D::remove(this->writableNode(Change::RemoveProperty));
+    }
+};

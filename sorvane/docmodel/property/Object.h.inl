@@ -1,0 +1,15 @@
+// Shared by the two document models: included inside namespace sorvane::arf
+// and namespace sorvane::gltf2, where RootNode and the other names resolve
+// to the module's own classes.
+
+// A generic value used as an object; it differs from GenericProperty only by
+// its type name.
+class SORVANE_API Object : public GenericProperty {
+public:
+    using GenericProperty::GenericProperty;
+    Object();
+    Object(const GenericProperty& value);
+    ~Object() override;
+
+    const char* getPropertyTypeName() const override;
+};

@@ -1,0 +1,96 @@
+/* Flat C interface: animation frameworks, frames and the live components of
+ * an avatar. Included by sorvane/sorvane.h.
+ *
+ * One rule for every function here:
+ * - names are sorvane_arf_<Class>_<operation>; results come first, then the
+ *   object (self), then the inputs;
+ * - _new/_create make a handle, _delete releases it;
+ * - a location is three arguments: int32_t type (1 Stream, 2 BlendshapeSet,
+ *   3 Skeleton, 4 LandmarkSet, 5 TextureSet), int64_t id, int64_t index;
+ * - an array result is (out, outBytes, pvalueCount, self, ...): the number
+ *   of elements of out (floats or 64-bit ids) is stored in *pvalueCount, a
+ *   null out only asks for it, and an out of fewer bytes fails with the
+ *   class's own text ("out too small", "out is too small");
+ * - an array argument is (in, inBytes, count), count in the unit the
+ *   function names;
+ * - a failure returns -1 with the text of the operation that failed in the
+ *   error slot.
+ * Value types: 1 weight, 2 three-vector, 3 quaternion (x, y, z, w), 4 row-major
+ * 4 by 4 matrix. */
+#ifndef SORVANE_FLAT_SORVANE_ANIMATION_H
+#define SORVANE_FLAT_SORVANE_ANIMATION_H
+
+#include <stddef.h>
+#include <stdint.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#include "sorvane/core/Export.h"
+#include "sorvane/flat/sorvane_arf.h"
+
+#ifdef __cplusplus
+namespace sorvane {
+namespace arf {
+class AnimationFrameworkRef;
+class AnimationData;
+class AnimationComponents;
+} // namespace arf
+} // namespace sorvane
+typedef sorvane::arf::AnimationFrameworkRef sorvane_arf_AnimationFramework;
+typedef sorvane::arf::AnimationData sorvane_arf_AnimationData;
+typedef sorvane::arf::AnimationComponents sorvane_arf_AnimationComponents;
+#else
+typedef struct sorvane_arf_AnimationFramework sorvane_arf_AnimationFramework;
+typedef struct sorvane_arf_AnimationData sorvane_arf_AnimationData;
+typedef struct sorvane_arf_AnimationComponents sorvane_arf_AnimationComponents;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Frameworks. A framework handle is released with _delete; frames made from
+ * it are independent objects. */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_new(sorvane_arf_AnimationFramework** out, const char* name, const char* type);
+/* One of the built-in frameworks by URN, its inputs at (1, id, row). */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_create(sorvane_arf_AnimationFramework** out, const char* urn, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_knows(bool* out, const char* urn);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_delete(sorvane_arf_AnimationFramework* self);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getName(char* out, int64_t* outSize, const sorvane_arf_AnimationFramework* self);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getType(char* out, int64_t* outSize, const sorvane_arf_AnimationFramework* self);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_addInput(sorvane_arf_AnimationFramework* self, int32_t type, int64_t id, int64_t index, int32_t valueType, const char* name);
+/* A weight input with its range. */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_addWeightInput(sorvane_arf_AnimationFramework* self, int32_t type, int64_t id, int64_t index, const char* name, float min, float max);
+/* At (type, id, number of inputs so far); *out is that index. */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_addNextInput(int64_t* out, sorvane_arf_AnimationFramework* self, int32_t valueType, const char* name, int32_t type, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getInputCount(int64_t* out, const sorvane_arf_AnimationFramework* self, int32_t type, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getInputName(char* out, int64_t* outSize, const sorvane_arf_AnimationFramework* self, int32_t type, int64_t id, int64_t index);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getInputValueType(int32_t* out, const sorvane_arf_AnimationFramework* self, int32_t type, int64_t id, int64_t index);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getDefaultLocation(int32_t* outType, int64_t* outId, int64_t* outIndex, const sorvane_arf_AnimationFramework* self);
+/* Minimum and maximum of each weight input at (type, id), by index; both
+ * arrays hold outBytes. */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_getInputRanges(float* outMin, float* outMax, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationFramework* self, int32_t type, int64_t id);
+SORVANE_API int32_t sorvane_arf_AnimationFramework_createData(sorvane_arf_AnimationData** out, const sorvane_arf_AnimationFramework* self);
+
+/* Frames: one value per input, in location order. */
+SORVANE_API int32_t sorvane_arf_AnimationData_delete(sorvane_arf_AnimationData* self);
+SORVANE_API int32_t sorvane_arf_AnimationData_getValueCount(int64_t* out, const sorvane_arf_AnimationData* self);
+SORVANE_API int32_t sorvane_arf_AnimationData_getWeights(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationData* self);
+/* count: weights, one per value. */
+SORVANE_API int32_t sorvane_arf_AnimationData_setWeights(sorvane_arf_AnimationData* self, const float* in, int64_t inBytes, int64_t count);
+/* 16 floats per value; *pvalueCount counts floats. */
+SORVANE_API int32_t sorvane_arf_AnimationData_getTransforms(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationData* self);
+/* count: floats, 16 per value. */
+SORVANE_API int32_t sorvane_arf_AnimationData_setTransforms(sorvane_arf_AnimationData* self, const float* in, int64_t inBytes, int64_t count);
+SORVANE_API int32_t sorvane_arf_AnimationData_hasValue(bool* out, const sorvane_arf_AnimationData* self, int32_t type, int64_t id, int64_t index);
+SORVANE_API int32_t sorvane_arf_AnimationData_getValueType(int32_t* out, const sorvane_arf_AnimationData* self, int32_t type, int64_t id, int64_t index);
+SORVANE_API int32_t sorvane_arf_AnimationData_getValue(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationData* self, int32_t type, int64_t id, int64_t index);
+/* count: floats, exactly the value's own count. */
+SORVANE_API int32_t sorvane_arf_AnimationData_setValue(sorvane_arf_AnimationData* self, int32_t type, int64_t id, int64_t index, const float* in, int64_t inBytes, int64_t count);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

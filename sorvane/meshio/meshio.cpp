@@ -1,0 +1,32 @@
+#include "sorvane/meshio/meshio.h"
+
+#include <cstring>
+
+namespace sorvane {
+
+long countPatterns(const std::string& text, const char* pattern) {
+    const size_t length = pattern ? std::strlen(pattern) : 0;
+    if (length == 0) return 0;
+    long count = 0;
+    for (size_t at = text.find(pattern); at != std::string::npos; at = text.find(pattern, at + length)) ++count;
+    return count;
+}
+
+long countChars(const std::string& text, char c) {
+    long count = 0;
+    for (char x : text) count += x == c;
+    return count;
+}
+
+long countWords(const std::string& text) {
+    long count = 0;
+    bool inWord = false;
+    for (char x : text) {
+        const bool blank = x == ' ' || x == '\t';
+        if (!blank && !inWord) ++count;
+        inWord = !blank;
+    }
+    return count;
+}
+
+} // namespace sorvane

@@ -1,0 +1,135 @@
+#include "sorvane/tools/validate.h"
+
+#include <cstring>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "sorvane/archive/JsonImporter.h"
+#include "sorvane/arf/Arf.h"
+#include "sorvane/arf/node/data/DataNodes.h"
+#include "sorvane/datatree/DataTree.h"
+#include "sorvane/tools/RecordTable.h"
+
+namespace sorvane {
+
+namespace {
+
+using detail::FieldInfo;
+using detail::RecordInfo;
+
+struct Reference {
+    std::string path;
+    long id;
+    std::string target;
+};
+
+// Walks the document's JSON with the record descriptions, gathering the ids of
+// every list and every reference made.
+class Walker {
+public:
+    Walker(const RecordInfo* table, size_t count) {
+        for (size_t i = 0; i < count; ++i)
+            if (std::strcmp(table[i].module, "arf") == 0) records[table[i].name] = &table[i];
+    }
+
+    void document(const DataTree& root) {
+        for (const auto& [name, record] : records) {
+            if (record->section && root.hasItem(record->section))
+                walk(*record, root.getItem(std::string(record->section)), record->section, record->section);
+            if (record->rootList && root.hasItem(record->rootList))
+                list(*record, root.getItem(std::string(record->rootList)), record->rootList, record->rootList);
+        }
+    }
+
+    std::map<std::string, std::set<long>> ids;  // by target name ("components.nodes", "data")
+    std::vector<Reference> references;
+    std::vector<std::string> problems;
+
+private:
+    // `target` is the name references use for this record's list, when it has one.
+    void list(const RecordInfo& record, const DataTree& items, const std::string& path, const std::string& target) {
+        if (!items.isList()) return;
+        std::set<long>& seen = ids[target];
+        for (long i = 0; i < items.getSize(); ++i) {
+            const DataTree& item = items.getItem(i);
+            const std::string itemPath = path + "[" + std::to_string(i) + "]";
+            for (int f = 0; f < record.fieldCount; ++f) {
+                const FieldInfo& field = record.fields[f];
+                if (std::strcmp(field.type, "id") != 0 || !item.isObject() || !item.hasItem(field.key)) continue;
+                const DataTree& id = item.getItem(std::string(field.key));
+                if (id.isInteger() && !seen.insert(id.getInteger()).second)
+                    problems.push_back(itemPath + ": duplicate id " + std::to_string(id.getInteger()) + " in " + path);
+            }
+            walk(record, item, itemPath, "");
+        }
+    }
+
+    void walk(const RecordInfo& record, const DataTree& value, const std::string& path, const std::string& section) {
+        if (!value.isObject()) return;
+        for (int f = 0; f < record.fieldCount; ++f) {
+            const FieldInfo& field = record.fields[f];
+            if (!value.hasItem(field.key)) continue;
+            const DataTree& member = value.getItem(std::string(field.key));
+            const std::string memberPath = path + "." + field.key;
+            const auto child = field.of ? records.find(field.of) : records.end();
+            if (std::strcmp(field.type, "ref") == 0) {
+                if (member.isInteger()) references.push_back({memberPath, member.getInteger(), field.target});
+            } else if (std::strcmp(field.type, "refs") == 0) {
+                if (!member.isList()) continue;
+                for (long i = 0; i < member.getSize(); ++i)
+                    if (member.getItem(i).isInteger())
+                        references.push_back({memberPath + "[" + std::to_string(i) + "]", member.getItem(i).getInteger(),
+                                              field.target});
+            } else if (std::strcmp(field.type, "list") == 0 && child != records.end()) {
+                // Lists directly under a section are what references name.
+                list(*child->second, member, memberPath, section.empty() ? memberPath : section + "." + field.key);
+            } else if (std::strcmp(field.type, "object") == 0 && child != records.end()) {
+                walk(*child->second, member, memberPath, "");
+            }
+        }
+    }
+
+    std::map<std::string, const RecordInfo*> records;
+};
+
+std::string payloadProblem(const arf::Data& item) {
+    try {
+        const std::string type = item.type.get();
+        if (type == arf::kDenseMimeType || type == arf::kSparseMimeType) (void)item.getTensor();
+        else (void)item.getString();
+        return std::string();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+}
+
+} // namespace
+
+std::vector<std::string> validateArf(const arf::Arf& arf) {
+    std::istringstream text(arf.toJsonString());
+    archive::JsonImporter importer(text);
+    const DataTree root = DataTree::createFromJson(importer, DATATREE_IMPORT_KEEP_NUMBER_LISTS);
+
+    size_t count = 0;
+    const RecordInfo* table = detail::recordTable(count);
+    Walker walker(table, count);
+    walker.document(root);
+    std::vector<std::string> problems = walker.problems;
+    for (const Reference& reference : walker.references) {
+        const auto found = walker.ids.find(reference.target);
+        if (found == walker.ids.end() || !found->second.count(reference.id))
+            problems.push_back(reference.path + ": dangling reference to id " + std::to_string(reference.id) + " in " +
+                               reference.target);
+    }
+    long index = 0;
+    for (const arf::Data& item : arf.data.get()) {
+        const std::string problem = payloadProblem(item);
+        if (!problem.empty())
+            problems.push_back("data[" + std::to_string(index) + "]: payload fails to read: " + problem);
+        ++index;
+    }
+    return problems;
+}
+
+} // namespace sorvane

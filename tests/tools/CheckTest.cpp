@@ -1,0 +1,105 @@
+// The document checker, and the check modes of the talvex program run as the
+// program they are (exit codes 0 clean or equal, 3 invalid or different, 2 error).
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/wait.h>
+
+#include "sorvane/arf/Arf.h"
+#include "sorvane/datatree/DataTree.h"
+#include "sorvane/tools/validate.h"
+
+namespace {
+
+const char* kBroken = R"(memory:{"components": {
+  "nodes": [{"mapping": "Hips", "children": [2, 7], "name": "hips", "id": 1},
+            {"mapping": "Spine", "parent": 1, "name": "spine", "id": 2},
+            {"mapping": "Head", "name": "head", "id": 2}],
+  "skeletons": [{"root": 1, "joints": [{"node": 1}], "name": "s", "id": 1}]},
+  "data": [{"type": "application/mpeg.arf.dense", "uri": "missing.bin", "name": "gone", "id": 1}]})";
+
+int exitCode(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
+
+std::string run(const std::string& arguments, int& code) {
+    const std::string program = std::string(TALVEX_BINARY_DIR) + "/apps/talvex";
+    std::string out;
+    FILE* pipe = popen((program + " " + arguments + " 2>&1").c_str(), "r");
+    if (!pipe) return out;
+    char buffer[512];
+    size_t n;
+    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+    code = exitCode(pclose(pipe));
+    return out;
+}
+
+bool programBuilt() { return std::filesystem::exists(std::string(TALVEX_BINARY_DIR) + "/apps/talvex"); }
+
+std::string writeFile(const std::string& name, const std::string& text) {
+    const std::string path = std::string(TALVEX_BINARY_DIR) + "/check-test-" + name;
+    std::ofstream(path) << text;
+    return path;
+}
+
+} // namespace
+
+TEST(ValidateArf, DanglingDuplicateAndUnreadable) {
+    const auto problems = sorvane::validateArf(sorvane::arf::Arf::load(kBroken, true));
+    const std::vector<std::string> expected = {
+        "components.nodes[2]: duplicate id 2 in components.nodes",
+        "components.nodes[0].children[1]: dangling reference to id 7 in components.nodes",
+    };
+    ASSERT_EQ(problems.size(), 3u) << ::testing::PrintToString(problems);
+    EXPECT_EQ(problems[0], expected[0]);
+    EXPECT_EQ(problems[1], expected[1]);
+    EXPECT_EQ(problems[2].rfind("data[0]: payload fails to read: ", 0), 0u) << problems[2];
+}
+
+TEST(ValidateArf, CleanDocumentHasNoLines) {
+    const char* clean = R"(memory:{"components": {
+      "nodes": [{"mapping": "Hips", "children": [2], "name": "hips", "id": 1},
+                {"mapping": "Spine", "parent": 1, "name": "spine", "id": 2}],
+      "meshes": []}, "structure": {"assets": [{"name": "a", "id": 1, "lods": [{"name": "l", "id": 1}]},
+                                              {"name": "b", "id": 2, "lods": [{"name": "l", "id": 1}]}]}})";
+    // Equal ids in two different lists are no duplicates.
+    EXPECT_TRUE(sorvane::validateArf(sorvane::arf::Arf::load(clean, true)).empty());
+}
+
+TEST(CheckModes, ValidateExitCodes) {
+    if (!programBuilt()) GTEST_SKIP() << "talvex program not built";
+    int code = -1;
+    const std::string broken = writeFile("broken.arf", std::string(kBroken).substr(7));
+    std::string out = run("validate " + broken, code);
+    EXPECT_EQ(code, 3) << out;
+    EXPECT_NE(out.find("dangling reference to id 7"), std::string::npos) << out;
+    const std::string clean = writeFile("clean.arf", R"({"components": {"meshes": []}})");
+    out = run("validate " + clean, code);
+    EXPECT_EQ(code, 0) << out;
+    EXPECT_EQ(out, "valid\n");
+    out = run("validate " + std::string(TALVEX_BINARY_DIR) + "/no-such-document.arf", code);
+    EXPECT_EQ(code, 2) << out;
+}
+
+TEST(CheckModes, CompareTensorsExitCodes) {
+    if (!programBuilt()) GTEST_SKIP() << "talvex program not built";
+    const float a[4] = {1, 2, 3, 4}, b[4] = {1, 2, 3, 5};
+    const std::string pathA = std::string(TALVEX_BINARY_DIR) + "/check-test-a.json";
+    const std::string pathB = std::string(TALVEX_BINARY_DIR) + "/check-test-b.json";
+    sorvane::saveDataTree(pathA.c_str(), sorvane::DataTree::createTensor(a, sizeof a, std::vector<long>{2, 2},
+                                                                         sorvane::ScalarType::Float));
+    sorvane::saveDataTree(pathB.c_str(), sorvane::DataTree::createTensor(b, sizeof b, std::vector<long>{2, 2},
+                                                                         sorvane::ScalarType::Float));
+    int code = -1;
+    std::string out = run("compare-tensors " + pathA + " " + pathB, code);
+    EXPECT_EQ(code, 3) << out;
+    EXPECT_EQ(out, "1,1: 4 != 5\n1/4 differences (25%)\n");
+    out = run("compare-tensors " + pathA + " " + pathB + " --tolerance 1", code);
+    EXPECT_EQ(code, 0) << out;
+    out = run("compare-tensors " + pathA + " " + pathA, code);
+    EXPECT_EQ(code, 0) << out;
+    EXPECT_EQ(out, "equal\n");
+    out = run("compare-tensors " + pathA, code);
+    EXPECT_EQ(code, 2) << out;
+}
