@@ -44,6 +44,7 @@ constexpr uint64_t kVerifyAbove = 16u << 20;
 // Larger compressed entries are not kept inflated: a part of one is read by
 // inflating up to it.
 constexpr int64_t kCacheLimit = int64_t(256) << 20;
+constexpr int64_t kShortRead = 64 << 10;
 
 // Whether the entry really holds `size` bytes, counted without keeping them.
 bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
@@ -245,9 +246,14 @@ void Zip::readEntry(const Entry& entry, void* out, int64_t count, int64_t offset
         return;
     }
 
+    // A part of a compressed entry comes from the kept entry, or makes it
+    // the kept one; a short read near the start (a header) is inflated on
+    // its own rather than the whole entry.
+    const bool kept = cached_ && cachedName_ == entry.zipName;
     const bool part = offset > 0 || count < entry.size;
-    if (part && !entry.seekable && entry.size <= kCacheLimit) {
-        if (!cached_ || cachedName_ != entry.zipName) {
+    const bool nearStart = offset + count <= kShortRead;
+    if (!entry.seekable && (kept || (part && !nearStart && entry.size <= kCacheLimit))) {
+        if (!kept) {
             cached_.reset();
             cachedName_.clear();
             std::unique_ptr<uint8_t[]> whole(new uint8_t[static_cast<size_t>(entry.size > 0 ? entry.size : 1)]);
