@@ -193,6 +193,9 @@ class FlatEmitter:
             elif f.type == "string":
                 params.append(f"const char* {name}")
                 args.append(f"flat::str({name}).c_str()")
+            elif f.type == "enum":
+                params.append(f"{C_VALUE[f.type]} {name}")
+                args.append(f"{record.namespace}::int2{f.enum}({name})")
             else:
                 params.append(f"{C_VALUE[f.type]} {name}")
                 args.append(name)

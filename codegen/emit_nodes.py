@@ -86,6 +86,15 @@ class NodeEmitter:
                 includes.add(f"sorvane/{f.enum_header}.h")
         return sorted(includes)
 
+    # The hand-written base named by "nodeBase" lives beside the record node.
+    def base_class(self, record):
+        return record.node_base or "RecordNode"
+
+    def base_header(self, record):
+        if record.node_base:
+            return f"sorvane/{record.folder}/{record.node_base}.h"
+        return f"sorvane/{record.module}/node/RecordNode.h"
+
     def init_signature(self, record):
         return ", ".join(f"{f.kind['arg']} {param_name(f)}" for f in record.init_fields)
 
@@ -143,7 +152,7 @@ class NodeEmitter:
         o.append("#include <string>")
         o.append("#include <vector>")
         o.append("")
-        o.append(f'#include "sorvane/{record.module}/node/RecordNode.h"')
+        o.append(f'#include "{self.base_header(record)}"')
         for inc in self.child_includes(record):
             o.append(f'#include "{inc}"')
         o.append("")
@@ -152,7 +161,7 @@ class NodeEmitter:
         if record.has_list:
             o.append(f"class {record.list_class};")
             o.append("")
-        o.append(f"class SORVANE_API {N} : public RecordNode {{")
+        o.append(f"class SORVANE_API {N} : public {self.base_class(record)} {{")
         o.append("public:")
         o.append(f"    static constexpr const char* kTypeName = {cstr(record.type_name)};")
         o.append(f"    static constexpr const char* kListTypeName = {cstr(record.list_type_name)};")
@@ -216,7 +225,7 @@ class NodeEmitter:
         o.append("")
         o.append(f"namespace {record.namespace} {{")
         o.append("")
-        o.append(f"{N}::{N}(const NodeParent& parent_) : RecordNode(parent_) {{}}")
+        o.append(f"{N}::{N}(const NodeParent& parent_) : {self.base_class(record)}(parent_) {{}}")
         o.append(f"{N}::~{N}() = default;")
         o.append("")
         o.append(f"const char* {N}::getNodeTypeName() const {{ return kTypeName; }}")

@@ -173,6 +173,10 @@ class Record:
         self.hand_written_list = bool(desc.get("handWrittenList", False))
         self.accessor_base = desc.get("accessorBase")
         self.list_accessor_base = desc.get("listAccessorBase")
+        # A hand-written base of the record node itself, between RecordNode
+        # and the generated class, beside the node's source; it adds
+        # operations computed from the members (NodeNode's transform).
+        self.node_base = desc.get("nodeBase")
         self.fields = [Field(self, f) for f in desc["fields"]]
         self.init_keys = desc.get("init", [])
         keys = [f.key for f in self.fields]

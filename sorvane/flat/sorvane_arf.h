@@ -17,6 +17,7 @@
 #include "sorvane/flat/sorvane_archive.h"
 #include "sorvane/flat/sorvane_arf_generated.h"
 #include "sorvane/flat/sorvane_arf_data.h"
+#include "sorvane/flat/sorvane_arf_components.h"
 
 #ifdef __cplusplus
 namespace sorvane::arf {

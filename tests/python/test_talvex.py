@@ -267,6 +267,65 @@ class Images(unittest.TestCase):
         with open(path, "rb") as f:
             with talvex.decode_image(f.read(), "p.png") as image:
                 self.assertEqual(tobytes(talvex.pixels(image)), pixels.tobytes())
+        if READER:
+            c_bytes = subprocess.run([READER, path, "--image"], capture_output=True, check=True).stdout
+            self.assertEqual(c_bytes, pixels.tobytes())
+
+
+def gltf_files(directory):
+    """The same two-accessor document as .gltf (buffer embedded as a data uri) and as .glb."""
+    import json
+    import struct
+    values = struct.pack("<6f", 0.0, 1.0, 2.0, 3.5, 4.0, -5.0) + struct.pack("<3H", 0, 1, 2) + b"\0\0"
+    doc = {"asset": {"version": "2.0"},
+           "buffers": [{"byteLength": len(values)}],
+           "bufferViews": [{"buffer": 0, "byteLength": 24}, {"buffer": 0, "byteOffset": 24, "byteLength": 6}],
+           "accessors": [{"bufferView": 0, "componentType": 5126, "count": 2, "type": "VEC3"},
+                         {"bufferView": 1, "componentType": 5123, "count": 3, "type": "SCALAR"}]}
+    text_doc = json.loads(json.dumps(doc))
+    text_doc["buffers"][0]["uri"] = "data:application/octet-stream;base64," + base64.b64encode(values).decode()
+    gltf = os.path.join(directory, "two.gltf")
+    with open(gltf, "w", encoding="utf-8") as f:
+        json.dump(text_doc, f)
+    chunk = json.dumps(doc).encode()
+    chunk += b" " * (-len(chunk) % 4)
+    glb_bytes = (struct.pack("<III", 0x46546C67, 2, 12 + 8 + len(chunk) + 8 + len(values))
+                 + struct.pack("<II", len(chunk), 0x4E4F534A) + chunk
+                 + struct.pack("<II", len(values), 0x004E4942) + values)
+    glb = os.path.join(directory, "two.glb")
+    with open(glb, "wb") as f:
+        f.write(glb_bytes)
+    return (gltf, glb), values
+
+
+class Gltf(unittest.TestCase):
+    @needs("sorvane_gltf2_Gltf_load")
+    def test_accessor_tensors_of_gltf_and_glb_equal_the_c_read(self):
+        paths, values = gltf_files(tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR")))
+        for path in paths:
+            with self.subTest(path=os.path.basename(path)), talvex.Gltf.load(path, read_only=True) as gltf:
+                positions, indices = gltf.accessors
+                self.assertEqual((positions.type, positions.count, positions.component_type), ("VEC3", 2, 5126))
+                self.assertEqual(tobytes(positions.tensor()), values[:24])
+                self.assertEqual(list(positions.tensor(use_numpy=False).shape), [2, 3])
+                self.assertEqual(tobytes(indices.tensor()), values[24:30])
+                if READER:
+                    c_bytes = subprocess.run([READER, path, "--accessor"], capture_output=True, check=True).stdout
+                    self.assertEqual(c_bytes, values[:24])
+
+    @needs("sorvane_gltf2_Gltf_saveAs")
+    def test_gltf_and_glb_saved_and_reloaded_equal(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        paths, values = gltf_files(work)
+        for source in paths:
+            for suffix in (".gltf", ".glb"):
+                with self.subTest(source=os.path.basename(source), to=suffix):
+                    target = os.path.join(work, "out" + os.path.basename(source) + suffix)
+                    with talvex.Gltf.load(source) as gltf:
+                        gltf.save_as(target)
+                    with talvex.Gltf.load(target, read_only=True) as again:
+                        self.assertEqual(tobytes(again.accessors[0].tensor()), values[:24])
+                        self.assertEqual(tobytes(again.accessors[1].tensor()), values[24:30])
 
 
 class LaterFamilies(unittest.TestCase):

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "sorvane/arf/node/AbstractNode.h"
 #include "sorvane/arf/property/Property.h"
 #include "sorvane/core/RuntimeException.h"
 

@@ -21,7 +21,7 @@ public:
     const char* getPropertyTypeName() const override { return node().getNodeTypeName(); }
     void outputRepresentation(std::ostream& out) const override { out << node(); }
 
-    bool isPropertyPresent() const { return nodeRef && nodeRef->isNodePresent(); }
+    bool isPropertyPresent() const { return adopt() && nodeRef->isNodePresent(); }
     bool empty() const { return node().isNodeEmpty(); }
     int64_t size() const { return node().getNodeSize(); }
     bool hasByIndex(int64_t index) const { return node().hasNodeItem(index); }
@@ -60,6 +60,14 @@ public:
     // the new record is writable.
     template <class... A>
     Item add(A&&... args) {
+        if (!adopt() && absentOwner) {
+            // Taken while the record had no such list: the first add creates it.
+            checkWritable(Change::ListAdd, absentOwner->getNodePath() + "." + absentKey);
+            auto created = std::make_shared<ListNodeT>(absentOwner);
+            absentOwner->setNodeItem(absentKey, created);
+            nodeRef = created;
+            absentOwner.reset();
+        }
         ListNodeT& n = node();
         checkWritable(Change::ListAdd, n.getNodePath());
         return Item(propertyRoot, n.add(std::forward<A>(args)...), false);
@@ -73,9 +81,21 @@ public:
         checkWritable(Change::RemoveProperty, node().getNodePath());
         nodeRef->removeNode();
         nodeRef.reset();
+        absentOwner.reset();
     }
 
-    const std::shared_ptr<ListNodeT>& getNode() const { return nodeRef; }
+    const std::shared_ptr<ListNodeT>& getNode() const {
+        adopt();
+        return nodeRef;
+    }
+
+    // For a handle over an absent optional list: the record and key where the
+    // list belongs. The handle then follows the list once it exists and
+    // creates it on its first add.
+    void setAbsentOwner(const std::shared_ptr<AbstractNode>& owner, const char* key) {
+        absentOwner = owner;
+        absentKey = key;
+    }
 
     class Iterator {
     public:
@@ -105,9 +125,20 @@ public:
 
 protected:
     ListNodeT& node() const {
-        if (!nodeRef) failInvalidNode();
+        if (!adopt()) failInvalidNode();
         return *nodeRef;
     }
 
-    std::shared_ptr<ListNodeT> nodeRef;
+    // Takes up the list an absent handle stands for once it exists.
+    bool adopt() const {
+        if (!nodeRef && absentOwner) {
+            nodeRef = std::dynamic_pointer_cast<ListNodeT>(absentOwner->getNodeItem(absentKey));
+            if (nodeRef) absentOwner.reset();
+        }
+        return static_cast<bool>(nodeRef);
+    }
+
+    mutable std::shared_ptr<ListNodeT> nodeRef;
+    mutable std::shared_ptr<AbstractNode> absentOwner;
+    const char* absentKey = nullptr;
 };

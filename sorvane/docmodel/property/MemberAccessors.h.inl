@@ -249,7 +249,14 @@ public:
         else out << "null";
     }
 
-    ListAcc get() const { return ListAcc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
+    // Over an absent optional list, a handle that creates it on its first add.
+    ListAcc get() const {
+        ListAcc list(this->propertyRoot, D::get(this->node()), this->propertyReadOnly);
+        if constexpr (D::kOptional) {
+            if (!list.getNode()) list.setAbsentOwner(this->owner, D::kKey);
+        }
+        return list;
+    }
     ListAcc* getPtr() const { return new ListAcc(get()); }
 
     int64_t size() const {

@@ -1,0 +1,94 @@
+/* Flat C interface: glTF 2.0 documents. Included by sorvane/sorvane.h.
+ *
+ * A document handle comes from sorvane_gltf2_Gltf_create or
+ * sorvane_gltf2_Gltf_load and is released with sorvane_gltf2_Gltf_delete.
+ * The accessors it hands out are new objects owned by the caller and keep the
+ * document alive on their own. A list handle taken while its list is absent
+ * reads as empty and makes the list on its first add. */
+#ifndef SORVANE_FLAT_SORVANE_GLTF2_H
+#define SORVANE_FLAT_SORVANE_GLTF2_H
+
+#include <stddef.h>
+#include <stdint.h>
+#ifndef __cplusplus
+#include <stdbool.h>
+#endif
+
+#include "sorvane/core/Export.h"
+#include "sorvane/flat/sorvane_archive.h"
+#include "sorvane/flat/sorvane_gltf2_generated.h"
+
+#ifdef __cplusplus
+namespace sorvane::gltf2 {
+class Gltf;
+}
+typedef sorvane::gltf2::Gltf sorvane_gltf2_Gltf;
+#else
+typedef struct sorvane_gltf2_Gltf sorvane_gltf2_Gltf;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* path: a text document .gltf or a binary one .glb (the extension decides, case counts). */
+SORVANE_API int32_t sorvane_gltf2_Gltf_create(sorvane_gltf2_Gltf** out, const char* path);
+SORVANE_API int32_t sorvane_gltf2_Gltf_load(sorvane_gltf2_Gltf** out, const char* path, bool readOnly);
+/* mode: 0 from the name's extension, 1 .gltf, 2 .glb. */
+SORVANE_API int32_t sorvane_gltf2_Gltf_loadProvider(sorvane_gltf2_Gltf** out, sorvane_archive_FileProviderRef* provider,
+                                                    const char* name, int mode, bool readOnly);
+SORVANE_API int32_t sorvane_gltf2_Gltf_close(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_delete(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getFileProvider(sorvane_archive_FileProviderRef** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getMainDir(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getMainFileName(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_toJsonString(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getAsset(sorvane_gltf2_Asset** out, sorvane_gltf2_Gltf* self);
+
+SORVANE_API int32_t sorvane_gltf2_Gltf_getBuffers(sorvane_gltf2_BufferList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasBuffers(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeBuffers(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getBufferViews(sorvane_gltf2_BufferViewList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasBufferViews(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeBufferViews(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getAccessors(sorvane_gltf2_AccessorList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasAccessors(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeAccessors(sorvane_gltf2_Gltf* self);
+
+SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,
+                                                             int64_t index);
+SORVANE_API int32_t sorvane_gltf2_Gltf_setExtensionsUsedValue(sorvane_gltf2_Gltf* self, int64_t index, const char* value);
+SORVANE_API int32_t sorvane_gltf2_Gltf_addExtensionsUsedValue(sorvane_gltf2_Gltf* self, const char* value);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasExtensionsUsed(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeExtensionsUsed(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsRequiredSize(int64_t* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsRequiredValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,
+                                                                 int64_t index);
+SORVANE_API int32_t sorvane_gltf2_Gltf_setExtensionsRequiredValue(sorvane_gltf2_Gltf* self, int64_t index,
+                                                                 const char* value);
+SORVANE_API int32_t sorvane_gltf2_Gltf_addExtensionsRequiredValue(sorvane_gltf2_Gltf* self, const char* value);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasExtensionsRequired(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeExtensionsRequired(sorvane_gltf2_Gltf* self);
+
+SORVANE_API int32_t sorvane_gltf2_Gltf_getScene(int64_t* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_setScene(sorvane_gltf2_Gltf* self, int64_t value);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasScene(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeScene(sorvane_gltf2_Gltf* self);
+
+/* Binary data. Reads follow the size protocol with byte counts: a null out gives the size. */
+SORVANE_API int32_t sorvane_gltf2_Accessor_getData(void* out, int64_t* outSize, sorvane_gltf2_Accessor* self);
+/* componentType: 5120 ... 5126; type: "SCALAR" ... "MAT4"; target 0 for none. */
+SORVANE_API int32_t sorvane_gltf2_AccessorList_addDense(sorvane_gltf2_Accessor** out, sorvane_gltf2_AccessorList* self,
+                                                       const void* data, int64_t count, int32_t componentType,
+                                                       const char* type, int32_t target, bool embedded,
+                                                       const char* name);
+SORVANE_API int32_t sorvane_gltf2_BufferList_addData(sorvane_gltf2_Buffer** out, sorvane_gltf2_BufferList* self,
+                                                    const void* data, int64_t byteLength, const char* uri,
+                                                    const char* name);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,433 @@
+#include "sorvane/gltf2/node/RootNode.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+#include <streambuf>
+
+#include "sorvane/archive/FileProvider.h"
+#include "sorvane/archive/base64.h"
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/archive/DocumentUri.h"
+
+namespace sorvane::gltf2 {
+
+const char* const RootNode::kTopLevelKeys[] = {
+    "asset",     "extensionsUsed", "extensionsRequired", "buffers", "bufferViews", "accessors", "images",
+    "samplers",  "textures",       "materials",          "cameras", "meshes",      "nodes",     "animations",
+    "skins",     "scenes",         "scene",
+};
+
+namespace {
+
+constexpr uint32_t kGlbMagic = 0x46546C67;     // "glTF"
+constexpr uint32_t kChunkJson = 0x4E4F534A;    // "JSON"
+constexpr uint32_t kChunkBin = 0x004E4942;     // "BIN\0"
+constexpr uint64_t kMaxChunk = 0xFFFFFFFFull;  // every length of the header is one 32-bit word
+
+uint32_t readWord(const uint8_t* p) {
+    return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 | static_cast<uint32_t>(p[2]) << 16 |
+           static_cast<uint32_t>(p[3]) << 24;
+}
+
+void writeWord(uint8_t* p, uint64_t v) {
+    for (int i = 0; i < 4; ++i) p[i] = static_cast<uint8_t>(v >> (8 * i));
+}
+
+uint64_t roundMod4(uint64_t n) { return (n + 3) & ~uint64_t(3); }
+
+// A read-only stream over bytes someone else owns.
+class SpanBuffer : public std::streambuf {
+public:
+    SpanBuffer(const void* data, size_t size) {
+        char* p = const_cast<char*>(static_cast<const char*>(data));
+        setg(p, p, p + size);
+    }
+
+protected:
+    pos_type seekoff(off_type off, std::ios_base::seekdir dir, std::ios_base::openmode) override {
+        char* target = dir == std::ios_base::beg ? eback() + off : dir == std::ios_base::cur ? gptr() + off : egptr() + off;
+        if (target < eback() || target > egptr()) return pos_type(off_type(-1));
+        setg(eback(), target, egptr());
+        return pos_type(target - eback());
+    }
+    pos_type seekpos(pos_type pos, std::ios_base::openmode mode) override {
+        return seekoff(off_type(pos), std::ios_base::beg, mode);
+    }
+};
+
+// The bytes left in a stream, when it can tell.
+std::optional<uint64_t> bytesLeft(std::istream& in) {
+    const std::istream::pos_type here = in.tellg();
+    if (here == std::istream::pos_type(-1)) return std::nullopt;
+    in.seekg(0, std::ios_base::end);
+    const std::istream::pos_type end = in.tellg();
+    in.seekg(here);
+    if (end == std::istream::pos_type(-1) || !in) {
+        in.clear();
+        in.seekg(here);
+        return std::nullopt;
+    }
+    return static_cast<uint64_t>(end - here);
+}
+
+// Reads exactly `size` bytes. A length that the stream cannot hold fails
+// before anything of that size is allocated: with a known remainder at once,
+// otherwise after reading what there is in bounded steps.
+template <class Bytes>
+bool readExactly(std::istream& in, uint64_t size, Bytes& out) {
+    out.clear();
+    const std::optional<uint64_t> left = bytesLeft(in);
+    if (left && size > *left) return false;
+    constexpr uint64_t kStep = uint64_t(1) << 24;
+    uint64_t done = 0;
+    while (done < size) {
+        const uint64_t step = left ? size - done : std::min(kStep, size - done);
+        out.resize(static_cast<size_t>(done + step));
+        in.read(reinterpret_cast<char*>(&out[static_cast<size_t>(done)]), static_cast<std::streamsize>(step));
+        if (static_cast<uint64_t>(in.gcount()) != step) return false;
+        done += step;
+    }
+    return true;
+}
+
+bool readWords(std::istream& in, uint32_t* words, int count) {
+    uint8_t bytes[12];
+    in.read(reinterpret_cast<char*>(bytes), 4 * count);
+    if (in.gcount() != 4 * count) return false;
+    for (int i = 0; i < count; ++i) words[i] = readWord(bytes + 4 * i);
+    return true;
+}
+
+} // namespace
+
+RootNode::RootNode() = default;
+
+RootNode::RootNode(const std::shared_ptr<archive::FileProvider>& provider_, const std::string& mainFileName_,
+                   StorageMode storageMode_)
+    : fileProvider(provider_), mainFileName(mainFileName_), storageMode(storageMode_) {
+    if (storageMode == AUTO) SORVANE_THROW("Invalid storage mode");
+    if (mainFileName.empty() && storageMode != MEMORY_ONLY) SORVANE_THROW("Empty file name");
+}
+
+RootNode::~RootNode() = default;
+
+const char* RootNode::getNodeTypeName() const { return "root"; }
+int64_t RootNode::getNodeIndex() const { return -1; }
+std::string RootNode::getNodeName() const { return std::string(); }
+std::string RootNode::getNodePath() const { return std::string(); }
+
+AbstractNode::ConstRef RootNode::getNodeItem(const std::string& key) const {
+    return const_cast<RootNode*>(this)->getNodeItem(key);
+}
+
+AbstractNode::Ref RootNode::getNodeItem(const std::string& key) {
+    // A top-level list this model does not hold yet reads as absent.
+    if (!findChildField(key) && key != "scene" && key != "extensionsUsed" && key != "extensionsRequired")
+        for (const char* k : kTopLevelKeys)
+            if (key == k) return Ref();
+    return RecordNode::getNodeItem(key);
+}
+
+RecordFields RootNode::getRecordFields() const {
+    // Writing order of the top level; the lists of later families slot in
+    // between "accessors" and "scene".
+    static constexpr RecordField fields[] = {
+        recordField<&RootNode::asset_>("asset"),
+        recordField<&RootNode::extensionsUsed_>("extensionsUsed"),
+        recordField<&RootNode::extensionsRequired_>("extensionsRequired"),
+        recordField<&RootNode::buffers_>("buffers"),
+        recordField<&RootNode::bufferViews_>("bufferViews"),
+        recordField<&RootNode::accessors_>("accessors"),
+        recordField<&RootNode::scene_>("scene"),
+    };
+    return {fields, fields + sizeof fields / sizeof fields[0]};
+}
+
+void RootNode::incompleteInit() {
+    asset_ = std::make_shared<AssetNode>(shared_from_this());
+    asset_->incompleteInit();
+    scene_.reset();
+    extensionsUsed_.reset();
+    extensionsRequired_.reset();
+    buffers_.reset();
+    bufferViews_.reset();
+    accessors_.reset();
+}
+
+void RootNode::init() {
+    incompleteInit();
+    asset_->init(nullptr);
+}
+
+int64_t RootNode::getScene() const {
+    if (!scene_) failNoValue("scene");
+    return *scene_;
+}
+
+void RootNode::setScene(int64_t index) {
+    if (scene_ && *scene_ == index) return;
+    checkIndexReference("scenes", "scene", index);
+    scene_ = index;
+}
+
+void RootNode::setAsset(const std::shared_ptr<AssetNode>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    asset_ = node;
+}
+
+void RootNode::setBuffers(const std::shared_ptr<BufferNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    buffers_ = node;
+}
+
+void RootNode::setBufferViews(const std::shared_ptr<BufferViewNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    bufferViews_ = node;
+}
+
+void RootNode::setAccessors(const std::shared_ptr<AccessorNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    accessors_ = node;
+}
+
+BufferNodes& RootNode::buffers() {
+    if (!buffers_) buffers_ = std::make_shared<BufferNodes>(shared_from_this());
+    return *buffers_;
+}
+
+BufferViewNodes& RootNode::bufferViews() {
+    if (!bufferViews_) bufferViews_ = std::make_shared<BufferViewNodes>(shared_from_this());
+    return *bufferViews_;
+}
+
+AccessorNodes& RootNode::accessors() {
+    if (!accessors_) accessors_ = std::make_shared<AccessorNodes>(shared_from_this());
+    return *accessors_;
+}
+
+void RootNode::__create() {
+    init();
+    switch (storageMode) {
+    case MULTIPLE_FILES: break;
+    case SINGLE_FILE: __beginSharedBuffer(true, nullptr); break;
+    default: SORVANE_THROW("Unsupported storage mode");
+    }
+}
+
+void RootNode::__load() {
+    if (!fileProvider) SORVANE_THROW("No file provider");
+    switch (storageMode) {
+    case SINGLE_FILE: {
+        const std::vector<uint8_t> bytes = fileProvider->getBytes(mainFileName, 0);
+        __decode(bytes.data(), bytes.size());
+        break;
+    }
+    case MULTIPLE_FILES: {
+        std::istringstream in(fileProvider->getString(mainFileName, 0));
+        archive::JsonImporter importer(in);
+        fromJson(importer);
+        break;
+    }
+    default: SORVANE_THROW("Unsupported storage mode");
+    }
+}
+
+void RootNode::__decode(const void* data, size_t size) {
+    SpanBuffer buffer(data, size);
+    std::istream in(&buffer);
+    __decode(in);
+}
+
+void RootNode::__decode(std::istream& in) {
+    const char* file = mainFileName.c_str();
+    uint32_t header[3] = {0, 0, 0};
+    const bool haveHeader = readWords(in, header, 3);
+    if (!haveHeader || header[0] != kGlbMagic) SORVANE_THROW("Reading %s: Invalid header: not a glb file", file);
+    if (header[1] != 2) SORVANE_THROW("Reading %s: Invalid header: not version 2.0", file);
+    // header[2], the total length, is not needed: each chunk carries its own.
+    uint32_t chunk[2] = {0, 0};
+    if (!readWords(in, chunk, 2) || chunk[1] != kChunkJson)
+        SORVANE_THROW("Reading %s: Invalid first chunk: expect a JSON chunk", file);
+    std::string json;
+    if (!readExactly(in, chunk[0], json))
+        SORVANE_THROW("Reading %s: Error read %ld bytes in first chunk", file, static_cast<long>(chunk[0]));
+    {
+        SpanBuffer text(json.data(), json.size());
+        std::istream jsonIn(&text);
+        archive::JsonImporter importer(jsonIn);
+        fromJson(importer);
+    }
+    // A file that ends here keeps the old type word, so it fails as a wrong chunk.
+    readWords(in, chunk, 2);
+    if (chunk[1] != kChunkBin) SORVANE_THROW("Reading %s: Invalid second chunk: expect a BIN chunk", file);
+    __setSharedBuffer(0, in, chunk[0]);
+}
+
+void RootNode::__setSharedBuffer(int64_t bufferIndex, std::istream& in, int64_t size) {
+    if (!buffers_) SORVANE_THROW("No buffers");
+    if (!buffers_->hasNodeItem(bufferIndex)) SORVANE_THROW("Invalid buffer id %ld", static_cast<long>(bufferIndex));
+    std::vector<uint8_t> data;
+    if (size < 0 || !readExactly(in, static_cast<uint64_t>(size), data)) SORVANE_THROW("Error reading stream");
+    __setSharedBuffer(bufferIndex, std::move(data));
+}
+
+void RootNode::__setSharedBuffer(int64_t bufferIndex, std::vector<uint8_t>&& data) {
+    if (!buffers_) SORVANE_THROW("No buffers");
+    if (!buffers_->hasNodeItem(bufferIndex)) SORVANE_THROW("Invalid buffer id %ld", static_cast<long>(bufferIndex));
+    sharedBuffer = std::make_unique<SharedBuffer>();
+    sharedBuffer->bufferIndex = bufferIndex;
+    sharedBuffer->data = std::move(data);
+    sharedBuffer->embedded = true;
+}
+
+std::string RootNode::toJsonText(bool compact) const {
+    std::ostringstream out;
+    {
+        archive::JsonExporter::Options options;
+        options.compact = compact;
+        archive::JsonExporter exporter(out, options);
+        toJson(exporter);
+    }
+    return out.str();
+}
+
+void RootNode::save() const { save(fileProvider, mainFileName); }
+
+void RootNode::save(const std::shared_ptr<archive::FileProvider>& provider, const std::string& fileName) const {
+    if (!provider) SORVANE_THROW("No file provider");
+    const char* file = fileName.c_str();
+    switch (storageMode) {
+    case MULTIPLE_FILES: provider->create(fileName, toJsonText(false)); return;
+    case SINGLE_FILE: break;
+    default: SORVANE_THROW("Unsupported storage mode");
+    }
+    if (!sharedBuffer) SORVANE_THROW("Can't save %s:\nThere is no shared buffer", file);
+    const std::string json = toJsonText(true);
+    const uint64_t jsonLength = roundMod4(json.size());
+    if (jsonLength > kMaxChunk) SORVANE_THROW("Can't save %s:\nJson data is too large (more than 4GB)", file);
+    const std::vector<uint8_t>& bin = sharedBuffer->data;
+    const uint64_t binLength = roundMod4(bin.size());
+    if (binLength > kMaxChunk) SORVANE_THROW("Can't save %s:\nBinary data is too large (more than 4GB)", file);
+    const uint64_t total = jsonLength + binLength + 28;
+    if (total > kMaxChunk) SORVANE_THROW("Can't save %s:\nTotal length is too large (more than 4GB)", file);
+
+    std::vector<uint8_t> block(static_cast<size_t>(total));
+    uint8_t* p = block.data();
+    writeWord(p, kGlbMagic);
+    writeWord(p + 4, 2);
+    writeWord(p + 8, total);
+    writeWord(p + 12, jsonLength);
+    writeWord(p + 16, kChunkJson);
+    std::memcpy(p + 20, json.data(), json.size());
+    std::memset(p + 20 + json.size(), 0x20, static_cast<size_t>(jsonLength - json.size()));
+    p += 20 + jsonLength;
+    writeWord(p, binLength);
+    writeWord(p + 4, kChunkBin);
+    if (!bin.empty()) std::memcpy(p + 8, bin.data(), bin.size());
+    // The padding of the BIN chunk is zero already.
+    provider->create(fileName, block.data(), static_cast<int64_t>(block.size()));
+}
+
+void RootNode::close() {
+    if (fileProvider) fileProvider->close();
+}
+
+namespace {
+
+std::string withNumber(const std::string& base, int64_t number) {
+    if (number < 0) return base;
+    return base.empty() ? std::to_string(number) : base + "_" + std::to_string(number);
+}
+
+} // namespace
+
+std::string RootNode::findFreeFileName(const char* uri, const char* name, int64_t index,
+                                       const std::string& extension) const {
+    auto isFree = [&](const std::string& candidate) {
+        return overwriteFiles || !fileProvider || !fileProvider->exists(candidate);
+    };
+    std::string base;
+    if (uri) {
+        if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
+        base = uri;
+        if (isFree(base)) return base;
+    } else if (storageMode == MULTIPLE_FILES) {
+        base = mainFileName.substr(0, mainFileName.find('.'));
+    }
+    if (name) {
+        std::string kept;
+        for (const char* c = name; *c; ++c)
+            if (std::isalnum(static_cast<unsigned char>(*c)) || *c == '_') kept += *c;
+        if (!kept.empty()) base = base.empty() ? kept : base + "_" + kept;
+    }
+    std::string candidate = withNumber(base, index) + extension;
+    if (isFree(candidate)) return candidate;
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        candidate = withNumber(base, std::rand() % 100000) + extension;
+        if (isFree(candidate)) return candidate;
+    }
+    SORVANE_THROW("Can't find a free file name");
+}
+
+int64_t RootNode::beginSharedBuffer(bool embedded, const char* name) {
+    if (storageMode == SINGLE_FILE) return sharedBuffer ? sharedBuffer->bufferIndex : -1;
+    if (sharedBuffer) SORVANE_THROW("There is already a shared buffer");
+    return __beginSharedBuffer(embedded, name);
+}
+
+int64_t RootNode::__beginSharedBuffer(bool embedded, const char* name) {
+    BufferNodes& list = buffers();
+    auto node = std::make_shared<BufferNode>(buffers_);
+    node->init(0, name);
+    list.add(node);
+    sharedBuffer = std::make_unique<SharedBuffer>();
+    sharedBuffer->bufferIndex = list.getNodeSize() - 1;
+    sharedBuffer->embedded = embedded;
+    return sharedBuffer->bufferIndex;
+}
+
+int64_t RootNode::appendSharedBuffer(const void* data, int64_t valueCount, int64_t valueSize, bool) {
+    if (!sharedBuffer) SORVANE_THROW("There is no shared buffer");
+    if (valueSize < 1 || valueCount < 0) SORVANE_THROW("Invalid value size %ld or count %ld",
+                                                       static_cast<long>(valueSize), static_cast<long>(valueCount));
+    std::vector<uint8_t>& bytes = sharedBuffer->data;
+    // Each value starts at a multiple of its own size.
+    const size_t padded = (bytes.size() + valueSize - 1) / valueSize * valueSize;
+    const size_t size = static_cast<size_t>(valueCount * valueSize);
+    bytes.reserve(std::max(bytes.capacity(), padded + size));
+    bytes.resize(padded);
+    const size_t offset = bytes.size();
+    bytes.insert(bytes.end(), static_cast<const uint8_t*>(data), static_cast<const uint8_t*>(data) + size);
+    if (buffers_ && buffers_->hasNodeItem(sharedBuffer->bufferIndex))
+        buffers_->getByIndex(sharedBuffer->bufferIndex)->setByteLength(static_cast<int64_t>(bytes.size()));
+    return static_cast<int64_t>(offset);
+}
+
+void RootNode::endSharedBuffer() {
+    if (storageMode == SINGLE_FILE) return;
+    if (!sharedBuffer) SORVANE_THROW("There is no shared buffer");
+    __endSharedBuffer();
+}
+
+void RootNode::__endSharedBuffer() {
+    const std::vector<uint8_t>& bytes = sharedBuffer->data;
+    if (bytes.empty()) SORVANE_THROW("Shared buffer is empty");
+    const std::shared_ptr<BufferNode>& node = buffers().getByIndex(sharedBuffer->bufferIndex);
+    node->setByteLength(static_cast<int64_t>(bytes.size()));
+    if (sharedBuffer->embedded) {
+        node->setUri(archive::makeDataUri("application/octet-stream", bytes.data(), static_cast<int64_t>(bytes.size())));
+    } else {
+        const std::string name = node->hasName() ? node->getName() : std::string();
+        const std::string fileName = node->hasName() ? findFreeFileName(nullptr, name.c_str(), -1, ".bin")
+                                                     : findFreeFileName(nullptr, "buffer", buffers().getNodeSize(), ".bin");
+        if (!fileProvider) SORVANE_THROW("No file provider");
+        fileProvider->create(fileName, bytes.data(), static_cast<int64_t>(bytes.size()));
+        node->setUri(fileName);
+    }
+    sharedBuffer.reset();
+}
+
+} // namespace sorvane::gltf2

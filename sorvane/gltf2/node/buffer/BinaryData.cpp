@@ -1,0 +1,284 @@
+#include "sorvane/gltf2/node/buffer/BinaryData.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+
+#include "sorvane/archive/DocumentUri.h"
+#include "sorvane/archive/FileProvider.h"
+#include "sorvane/archive/base64.h"
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/gltf2/node/RootNode.h"
+
+namespace sorvane::gltf2 {
+
+namespace {
+
+constexpr const char kDataPrefix[] = "data:";
+const char* const kBufferPrefixes[] = {"data:application/octet-stream;base64,", "data:application/gltf-buffer;base64,"};
+
+bool startsWith(const std::string& text, const char* prefix) {
+    return text.compare(0, std::strlen(prefix), prefix) == 0;
+}
+
+std::shared_ptr<RootNode> rootOf(const AbstractNode& node) {
+    std::shared_ptr<RootNode> root = node.getNodeRoot().lock();
+    if (!root) SORVANE_THROW("Invalid node");
+    return root;
+}
+
+// Where the bytes of a buffer are: in memory (the shared buffer or a decoded
+// data uri) or in a file of the provider.
+struct BufferBytes {
+    const uint8_t* memory = nullptr;
+    std::vector<uint8_t> decoded;
+    std::shared_ptr<archive::FileProvider> provider;
+    std::string fileName;
+    int64_t size = 0;
+};
+
+void locate(const BufferNode& buffer, BufferBytes& bytes) {
+    std::shared_ptr<RootNode> root = rootOf(buffer);
+    const RootNode::SharedBuffer* shared = root->getSharedBuffer();
+    if (shared && shared->bufferIndex == buffer.getNodeIndex()) {
+        bytes.memory = shared->data.data();
+        bytes.size = static_cast<int64_t>(shared->data.size());
+        return;
+    }
+    const std::string path = buffer.getNodePath();
+    if (!buffer.hasUri()) SORVANE_THROW("%s has no uri", path.c_str());
+    const std::string& uri = buffer.getUri();
+    if (!startsWith(uri, kDataPrefix)) {
+        if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri.c_str());
+        if (archive::climbsOutOfFolder(uri)) SORVANE_THROW("uri '%s' leaves the document's folder", uri.c_str());
+        bytes.provider = root->getFileProvider();
+        if (!bytes.provider) SORVANE_THROW("No file provider");
+        bytes.fileName = uri;
+        bytes.size = bytes.provider->getDataSize(uri);
+    } else {
+        const char* prefix = nullptr;
+        for (const char* p : kBufferPrefixes)
+            if (startsWith(uri, p)) prefix = p;
+        if (!prefix) {
+            const size_t end = uri.find_first_of(";,", 5);
+            SORVANE_THROW("Unsupported data mime type %s", uri.substr(5, end == std::string::npos ? 32 : end - 5).c_str());
+        }
+        const size_t start = std::strlen(prefix);
+        const char* text = uri.c_str() + start;
+        const long textSize = static_cast<long>(uri.size() - start);
+        const long size = base64decode(nullptr, 0, text, textSize);
+        bytes.decoded.resize(static_cast<size_t>(size));
+        base64decode(bytes.decoded.data(), size, text, textSize);
+        bytes.memory = bytes.decoded.data();
+        bytes.size = size;
+    }
+    if (bytes.size != buffer.getByteLength())
+        SORVANE_THROW("In %s: Invalid byteLength %ld >= %ld", path.c_str(), static_cast<long>(bytes.size),
+                      static_cast<long>(buffer.getByteLength()));
+}
+
+const BufferViewNode& viewOf(const AccessorNode& accessor, const RootNode& root, const std::string& path) {
+    const auto& views = root.getBufferViews();
+    if (!views) SORVANE_THROW("Getting data from %s\n:There is no buffer views", path.c_str());
+    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s\n:Buffer view is not defined", path.c_str());
+    return *views->getByIndex(accessor.getBufferView());
+}
+
+// Values of the accessor: count times the values of its type, checked so
+// that a hostile count cannot overflow.
+int64_t accessorValueCount(const AccessorNode& accessor, const std::string& path) {
+    const int64_t count = accessor.getCount();
+    int64_t values = 0;
+    int64_t bytes = 0;
+    if (count < 0 || __builtin_mul_overflow(count, accessorType2valueCount(accessor.getType()), &values) ||
+        __builtin_mul_overflow(values, accessorComponentType2size(accessor.getComponentType()), &bytes))
+        SORVANE_THROW("Getting data from %s:\nInvalid count %ld", path.c_str(), static_cast<long>(count));
+    return values;
+}
+
+} // namespace
+
+int64_t BinaryData::getData(const BufferNode& buffer, void* out, int64_t outSize, int64_t byteOffset,
+                            int64_t valueCount, int64_t valueSize, int64_t byteStride) {
+    BufferBytes bytes;
+    locate(buffer, bytes);
+    if (byteOffset >= bytes.size || byteOffset < 0)
+        SORVANE_THROW("Invalid value offset %d >= %d", static_cast<int>(byteOffset), static_cast<int>(bytes.size));
+    if (valueSize < 1) SORVANE_THROW("Invalid value size %d", static_cast<int>(valueSize));
+    if (byteStride >= 0 && byteStride != valueSize) SORVANE_THROW("Not implemented");
+    int64_t count = bytes.size;
+    int64_t end = 0;
+    if (valueCount >= 0 && __builtin_mul_overflow(valueSize, valueCount, &count)) count = INT64_MAX;
+    if (__builtin_add_overflow(count, byteOffset, &end) || end > bytes.size)
+        SORVANE_THROW("Invalid value count %ld with offset %ld and value size %ld, e.g. %ld * %ld + %ld > %ld",
+                      static_cast<long>(valueCount), static_cast<long>(byteOffset), static_cast<long>(valueSize),
+                      static_cast<long>(valueCount), static_cast<long>(valueSize), static_cast<long>(byteOffset),
+                      static_cast<long>(bytes.size));
+    if (!out) return count;
+    if (count > outSize)
+        SORVANE_THROW("Output buffer size %ld < %ld", static_cast<long>(outSize), static_cast<long>(count));
+    if (bytes.memory) {
+        if (count) std::memcpy(out, bytes.memory + byteOffset, static_cast<size_t>(count));
+    } else if (count) {
+        bytes.provider->getRange(out, count, bytes.fileName, byteOffset);
+    }
+    return count;
+}
+
+int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSize, int64_t byteOffset,
+                            int64_t valueCount, int64_t valueSize) {
+    try {
+        const bool sizeGiven = valueSize >= 1;
+        const bool countGiven = valueCount >= 0;
+        const int64_t byteLength = view.getByteLength();
+        if (byteOffset >= byteLength)
+            SORVANE_THROW("Invalid offset %ld >= %ld", static_cast<long>(byteOffset), static_cast<long>(byteLength));
+        const int64_t stride = view.hasByteStride() ? view.getByteStride() : 0;
+        if (!sizeGiven) {
+            if (countGiven) SORVANE_THROW("valueCount can't be defined if valueSize is not defined");
+            if (stride != 0) SORVANE_THROW("valueSize must be defined if there is a byte stride in the buffer view");
+        } else if (stride != 0 && stride != valueSize) {
+            SORVANE_THROW("byteStrire != valueSize not implemented");
+        }
+        int64_t length = 0;
+        if (!sizeGiven || !countGiven) {
+            length = byteLength - byteOffset;
+        } else if (__builtin_mul_overflow(valueSize, valueCount, &length)) {
+            SORVANE_THROW("Invalid value count %ld", static_cast<long>(valueCount));
+        } else {
+            // Deliberately the count minus the offset (see docs/decisions.md).
+            length -= byteOffset;
+        }
+        if (length < 0 || byteOffset < 0) SORVANE_THROW("Invalid offset %ld", static_cast<long>(byteOffset));
+        if (length == 0) return 0;
+        std::shared_ptr<RootNode> root = rootOf(view);
+        const auto& buffers = root->getBuffers();
+        if (!buffers) SORVANE_THROW("There is no buffers");
+        int64_t offset = 0;
+        if (__builtin_add_overflow(byteOffset, view.hasByteOffset() ? view.getByteOffset() : 0, &offset))
+            SORVANE_THROW("Invalid offset %ld", static_cast<long>(byteOffset));
+        return getData(*buffers->getByIndex(view.getBuffer()), out, outSize, offset, length, 1, -1);
+    } catch (const std::exception& e) {
+        SORVANE_THROW("Getting data from %s: %s", view.getNodePath().c_str(), e.what());
+    }
+}
+
+int64_t BinaryData::getData(const AccessorNode& accessor, void* out, int64_t outSize) {
+    const std::string path = accessor.getNodePath();
+    const int64_t componentSize = accessorComponentType2size(accessor.getComponentType());
+    std::shared_ptr<RootNode> root = rootOf(accessor);
+    const BufferViewNode& view = viewOf(accessor, *root, path);
+    const int64_t values = accessorValueCount(accessor, path);
+    return getData(view, out, outSize, accessor.getByteOffset(), values, componentSize);
+}
+
+int64_t BinaryData::getDataSize(const AccessorNode& accessor) { return getData(accessor, nullptr, 0); }
+
+std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
+    const long count = static_cast<long>(accessor.getCount());
+    const std::string& type = accessor.getType();
+    if (type == "SCALAR") return {count};
+    if (type == "VEC2") return {count, 2};
+    if (type == "VEC3") return {count, 3};
+    if (type == "VEC4") return {count, 4};
+    if (type == "MAT2") return {count, 2, 2};
+    if (type == "MAT3") return {count, 3, 3};
+    if (type == "MAT4") return {count, 4, 4};
+    SORVANE_THROW("Accessor type %s is not a vector or is not supported", type.c_str());
+}
+
+DataTree BinaryData::getTensor(const AccessorNode& accessor) {
+    const std::vector<long> dims = getDims(accessor);
+    const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
+    const std::string path = accessor.getNodePath();
+    const int64_t bytes = accessorValueCount(accessor, path) * accessorComponentType2size(accessor.getComponentType());
+    // Measured first: a count the buffer cannot hold fails before anything is allocated.
+    getDataSize(accessor);
+    void* block = std::malloc(bytes > 0 ? static_cast<size_t>(bytes) : 1);
+    if (!block) SORVANE_THROW("Getting data from %s:\nOut of memory", path.c_str());
+    try {
+        const int64_t got = getData(accessor, block, bytes);
+        if (got < bytes) std::memset(static_cast<uint8_t*>(block) + got, 0, static_cast<size_t>(bytes - got));
+        return DataTree::createTensor(block, static_cast<long>(bytes), dims, type);
+    } catch (...) {
+        std::free(block);
+        throw;
+    }
+}
+
+DataTree* BinaryData::getTensorPtr(const AccessorNode& accessor) { return new DataTree(getTensor(accessor)); }
+
+DataTree BinaryData::getDataArray(const AccessorNode& accessor) {
+    const std::string path = accessor.getNodePath();
+    if (getDims(accessor).size() != 1) SORVANE_THROW("Getting data from %s:\nAccessor is not 1D", path.c_str());
+    std::shared_ptr<RootNode> root = rootOf(accessor);
+    const auto& views = root->getBufferViews();
+    if (!views) SORVANE_THROW("Getting data from %s:\nThere is no buffer views", path.c_str());
+    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s:\nBuffer view is not defined", path.c_str());
+    const BufferViewNode& view = *views->getByIndex(accessor.getBufferView());
+    const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
+    const int64_t count = accessorValueCount(accessor, path);
+    const int64_t size = getScalarSize(type);
+    getData(view, nullptr, 0, accessor.getByteOffset(), count, size);
+    std::unique_ptr<DataTree> made(DataTree::createArrayPtr(static_cast<long>(count), type));
+    DataTree array = *made;
+    getData(view, array.getBuffer(), array.getBufferSize(), accessor.getByteOffset(), count, size);
+    return array;
+}
+
+std::string BinaryData::getString(const BufferNode& buffer, int64_t byteOffset, int64_t valueCount,
+                                  int64_t valueSize, int64_t byteStride) {
+    std::string text(static_cast<size_t>(getData(buffer, nullptr, 0, byteOffset, valueCount, valueSize, byteStride)),
+                     '\0');
+    getData(buffer, text.data(), static_cast<int64_t>(text.size()), byteOffset, valueCount, valueSize, byteStride);
+    return text;
+}
+
+std::string BinaryData::getString(const BufferViewNode& view, int64_t byteOffset, int64_t valueCount,
+                                  int64_t valueSize) {
+    std::string text(static_cast<size_t>(getData(view, nullptr, 0, byteOffset, valueCount, valueSize)), '\0');
+    getData(view, text.data(), static_cast<int64_t>(text.size()), byteOffset, valueCount, valueSize);
+    return text;
+}
+
+int64_t BinaryData::clone(const BufferNode& buffer, RootNode& target) {
+    const std::string bytes = getString(buffer, 0, -1, 1, -1);
+    BufferNodes& buffers = target.buffers();
+    const std::string fileName = target.findFreeFileName(nullptr, nullptr, buffers.getNodeSize(), ".bin");
+    const std::string name = buffer.hasName() ? buffer.getName() : std::string();
+    return buffers.addData(bytes.data(), static_cast<int64_t>(bytes.size()), fileName.c_str(),
+                           buffer.hasName() ? name.c_str() : nullptr);
+}
+
+int64_t BinaryData::clone(const BufferViewNode& view, RootNode& target) {
+    std::shared_ptr<RootNode> root = rootOf(view);
+    const auto& buffers = root->getBuffers();
+    if (!buffers) SORVANE_THROW("There is no buffers");
+    const int64_t buffer = clone(*buffers->getByIndex(view.getBuffer()), target);
+    const std::string name = view.hasName() ? view.getName() : std::string();
+    std::optional<BufferViewTarget> bindTarget;
+    if (view.hasTarget()) bindTarget = view.getTarget();
+    return target.bufferViews().addBuffer(buffer, bindTarget, view.getByteLength(),
+                                          view.hasByteOffset() ? view.getByteOffset() : 0,
+                                          view.hasName() ? name.c_str() : nullptr);
+}
+
+int64_t BinaryData::clone(const AccessorNode& accessor, RootNode& target) {
+    const std::string name = accessor.hasName() ? accessor.getName() : std::string();
+    AccessorNodes& accessors = target.accessors();
+    std::shared_ptr<AccessorNode> copy = accessors.add(accessor.getComponentType(), accessor.getCount(),
+                                                        accessor.getType().c_str(),
+                                                        accessor.hasName() ? name.c_str() : nullptr);
+    if (accessor.hasBufferView()) {
+        std::shared_ptr<RootNode> root = rootOf(accessor);
+        const std::string path = accessor.getNodePath();
+        copy->setBufferView(clone(viewOf(accessor, *root, path), target));
+    }
+    if (accessor.hasByteOffset()) copy->setByteOffset(accessor.getByteOffset());
+    if (accessor.hasNormalized()) copy->setNormalized(accessor.getNormalized());
+    if (accessor.hasMax()) copy->setMax(accessor.getMax());
+    if (accessor.hasMin()) copy->setMin(accessor.getMin());
+    return accessors.getNodeSize() - 1;
+}
+
+} // namespace sorvane::gltf2

@@ -1,0 +1,12 @@
+#ifndef SORVANE_GLTF2_NODE_GENERIC_STRINGNODE_H
+#define SORVANE_GLTF2_NODE_GENERIC_STRINGNODE_H
+
+#include "sorvane/gltf2/node/AbstractNode.h"
+
+namespace sorvane::gltf2 {
+
+#include "sorvane/docmodel/node/generic/StringNode.h.inl"
+
+} // namespace sorvane::gltf2
+
+#endif

@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "sorvane/arf/Arf.h"
+#include "sorvane/arf/property/components/Node.h"
+#include "sorvane/core/ErrorSlot.h"
+#include "sorvane/sorvane.h"
+#include "tests/arf/node/NodeTestSupport.h"
+
+using namespace sorvane::arf;
+using talvex_test::messageOf;
+
+namespace {
+
+const char* kTransforms = R"(memory:{"components": {"meshes": [], "nodes": [
+  {"mapping": "a", "translation": [1, 2, 3], "name": "t", "id": 1},
+  {"mapping": "b", "translation": [1, 2, 3], "rotation": [0, 0, 1, 0], "scale": [2, 2, 2], "name": "srt", "id": 2},
+  {"mapping": "c", "scale": [2, 2, 2], "transform": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1], "name": "both", "id": 3},
+  {"mapping": "d", "name": "none", "id": 4},
+  {"mapping": "e", "transform": [1, 2, 3], "name": "short transform", "id": 5},
+  {"mapping": "f", "rotation": [0, 0], "name": "short rotation", "id": 6},
+  {"mapping": "g", "translation": [0, 0], "name": "short translation", "id": 7},
+  {"mapping": "h", "rotation": [0, 0, 2, 0], "parent": 9, "name": "unnormalised", "id": 8}]}})";
+
+using Matrix = std::vector<double>;
+
+} // namespace
+
+TEST(NodeTransform, ScaleRotationTranslationAppliedFromTheLeft) {
+    Arf arf = Arf::load(kTransforms);
+    auto nodes = arf.components->nodes;
+    EXPECT_EQ(nodes[1].getTransformMatrix(), (Matrix{1, 0, 0, 1, 0, 1, 0, 2, 0, 0, 1, 3, 0, 0, 0, 1}));
+    // S * R * T, not T * R * S (which would keep the translation (1, 2, 3) unscaled).
+    EXPECT_EQ(nodes[2].getTransformMatrix(), (Matrix{-2, 0, 0, -2, 0, -2, 0, -4, 0, 0, 2, 6, 0, 0, 0, 1}));
+    EXPECT_EQ(nodes[4].getTransformMatrix(), (Matrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}));
+    // "transform" comes back as stored, whatever its length.
+    EXPECT_EQ(nodes[5].getTransformMatrix(), (Matrix{1, 2, 3}));
+    // The quaternion is used as stored: (0, 0, 2, 0) gives 1 - 2 * 4, where its unit form gives -1.
+    EXPECT_EQ(nodes[8].getTransformMatrix()[0], -7);
+
+    EXPECT_EQ(messageOf([&] { nodes[3].getTransformMatrix(); }),
+              "Getting transform for components.nodes[3]: There is both transform and rotation, translation or scale");
+    EXPECT_EQ(messageOf([&] { nodes[6].getTransformMatrix(); }),
+              "Getting transform for components.nodes[6]: Invalid size 2 of rotation");
+    EXPECT_EQ(messageOf([&] { nodes[7].getTransformMatrix(); }),
+              "Getting transform for components.nodes[7]: Invalid size 2 of translation");
+
+    // The conflicting node and the dangling parent are written back unchanged.
+    const std::string text = arf.toJsonString({false, true, false});
+    EXPECT_NE(text.find(R"("scale":[2, 2, 2],"transform":[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1],"name":"both")"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find(R"("parent":9)"), std::string::npos);
+}
+
+TEST(NodeTransform, FlatArrayProtocol) {
+    sorvane_arf_Arf* arf = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_load(&arf, kTransforms, true), 0);
+    sorvane_arf_Components* components = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getComponents(&components, arf), 0);
+    sorvane_arf_NodeList* nodes = nullptr;
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&nodes, components), 0);
+    sorvane_arf_Node* srt = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_get(&srt, nodes, 2), 0);
+
+    int64_t count = 0;
+    EXPECT_EQ(sorvane_arf_Node_getTransformMatrix(nullptr, 0, &count, srt), 0);
+    EXPECT_EQ(count, 16);
+    double m[16] = {};
+    EXPECT_EQ(sorvane_arf_Node_getTransformMatrix(m, 15 * sizeof(double), &count, srt), -1);
+    EXPECT_EQ(m[3], 0);  // too small: nothing copied
+    EXPECT_EQ(sorvane_arf_Node_getTransformMatrix(m, sizeof m, &count, srt), 0);
+    EXPECT_EQ(m[3], -2);
+    EXPECT_EQ(m[11], 6);
+
+    sorvane_arf_Node* both = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_get(&both, nodes, 3), 0);
+    EXPECT_EQ(sorvane_arf_Node_getTransformMatrix(m, sizeof m, &count, both), -1);
+    EXPECT_NE(std::string(sorvane_errorMessage).find("There is both transform"), std::string::npos);
+    EXPECT_EQ(sorvane_arf_Node_getTransformMatrix(m, sizeof m, &count, nullptr), -1);
+    EXPECT_EQ(sorvane_errorMessage, "node is NULL");
+
+    sorvane_arf_Node_delete(both);
+    sorvane_arf_Node_delete(srt);
+    sorvane_arf_NodeList_delete(nodes);
+    sorvane_arf_Components_delete(components);
+    sorvane_arf_Arf_delete(arf);
+}
+
+TEST(OptionalLists, AHandleTakenWhileAbsentCreatesTheListOnItsFirstAdd) {
+    const char* text = R"(memory:{"components": {"meshes": []}})";
+    sorvane_arf_Arf* arf = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_load(&arf, text, false), 0);
+    sorvane_arf_Components* components = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getComponents(&components, arf), 0);
+    sorvane_arf_NodeList* nodes = nullptr;
+    sorvane_arf_NodeList* early = nullptr;
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&nodes, components), 0);
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&early, components), 0);
+    sorvane_arf_Node* hips = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_add(&hips, nodes, "Hips", "root", true, 0), 0) << sorvane_errorMessage;
+    int64_t size = 0;
+    EXPECT_EQ(sorvane_arf_NodeList_getSize(&size, nodes), 0);
+    EXPECT_EQ(size, 1);
+    // The other handle taken before follows the list now made, rather than making a second one.
+    sorvane_arf_Node* spine = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_add(&spine, early, "Spine", "spine", true, 0), 0);
+    EXPECT_EQ(sorvane_arf_NodeList_getSize(&size, nodes), 0);
+    EXPECT_EQ(size, 2);
+    sorvane_arf_Node_delete(spine);
+    sorvane_arf_Node_delete(hips);
+    sorvane_arf_NodeList_delete(early);
+    sorvane_arf_NodeList_delete(nodes);
+    sorvane_arf_Components_delete(components);
+    sorvane_arf_Arf_delete(arf);
+
+    // The same for the other optional lists, through accessors.
+    Arf doc = Arf::load(text);
+    auto skeletons = doc.components->skeletons.get();
+    auto skins = doc.components->skins.get();
+    doc.components->nodes->add("Hips", "root", std::nullopt);
+    skeletons.add(1, "body", std::nullopt);
+    auto mesh = doc.components->meshes->add("m", std::nullopt);
+    skins.add(mesh.id.get(), "skin", std::nullopt);
+    EXPECT_EQ(doc.components->skeletons.size(), 1);
+    EXPECT_EQ(doc.components->skins.size(), 1);
+    EXPECT_NE(doc.toJsonString({false, true, false}).find(R"("skeletons":[{"root":1,"joints":[],"name":"body","id":1}])"),
+              std::string::npos);
+
+    // Read-only documents still refuse, naming the list, and create nothing.
+    Arf readOnly = Arf::load(text, true);
+    auto absent = readOnly.components->nodes.get();
+    EXPECT_EQ(messageOf([&] { absent.add("Hips", "root", std::nullopt); }),
+              "Adding an item to components.nodes\nForbidden, read-only accessor");
+    EXPECT_FALSE(readOnly.components->nodes.isPropertyPresent());
+    // Other uses of an absent handle report it as before.
+    EXPECT_EQ(messageOf([&] { absent.size(); }), "Invalid node");
+}
