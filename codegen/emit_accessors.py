@@ -158,6 +158,9 @@ class AccessorEmitter:
         o.append("public:")
         for f in fields:
             o.append(f"    using {f.cap} = {self.member_type(record, f)};")
+            if f.type == "refs" and f.target_record(self.records):
+                # The accessor of one position of the list.
+                o.append(f"    using {f.cap}Item = {f.cap}::Item;")
         o.append("")
         o.append(f"    {A}();")
         o.append(f"    {A}(const std::shared_ptr<RootNode>& root, const std::shared_ptr<{N}>& node, bool readOnly);")

@@ -155,10 +155,10 @@ class FlatEmitter:
                 if target:
                     T = handle(target)
                     fns.append(Function(f"{p}get{C}Item", [f"{T}** out", h, "int64_t index"],
-                                        f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.getTargetPtr(index); }});"))
+                                        f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}[index].getPtr(); }});"))
                     fns.append(Function(f"{p}set{C}Item", [h, "int64_t index", f"{T}* item"],
                                         f"if (self && !item) return flat::fail(\"item is NULL\");\n    "
-                                        f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.setTarget(index, *item); }});"))
+                                        f"return flat::call({null}, self, [&](auto& a) {{ a.{m}[index].set(*item); }});"))
                 # An absent optional list reads as no values, as its size reads 0.
                 read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()" if f.optional else f"a.{m}.get()")
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],

@@ -16,6 +16,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import model  # noqa: E402
 from emit_accessors import AccessorEmitter  # noqa: E402
 from emit_flat import FlatEmitter  # noqa: E402
+from emit_flat_extensions import FlatExtensionEmitter  # noqa: E402
 from emit_nodes import NodeEmitter  # noqa: E402
 from emit_tables import TableEmitter  # noqa: E402
 
@@ -35,6 +36,7 @@ def main():
 
     emitters = [NodeEmitter(records), AccessorEmitter(records), FlatEmitter(records)]
     emitters.append(TableEmitter(records))
+    emitters.append(FlatExtensionEmitter(records))
     if args.list:
         for record in records.values():
             for emitter in emitters:

@@ -26,7 +26,7 @@ TEST(Components, ReadingKeepsWhatTheFileSays) {
     // A dangling parent loads; following it fails, its stored id is kept.
     EXPECT_EQ(spine.parent.getIndex(), 9);
     EXPECT_EQ(messageOf([&] { spine.parent.get(); }), "Getting item from components.nodes: Invalid id 9");
-    EXPECT_EQ(components.nodes[1].children.getTarget(0).name.get(), "spine");
+    EXPECT_EQ(components.nodes[1].children[0].get().name.get(), "spine");
     // A skin read without a mesh has the mesh id 0.
     EXPECT_EQ(components.skins[1].mesh.getIndex(), 0);
 
@@ -143,8 +143,8 @@ TEST(Components, MeshDataFollowsToTheDataItem) {
     EXPECT_EQ(messageOf([&] { mesh.data.add(item.id.get() + 1); }),
               "Adding item to components.meshes[1].data: Invalid id 2 in data");
     mesh.data.add(item.id.get());
-    EXPECT_EQ(mesh.data.getTarget(0).name.get(), "verts");
-    EXPECT_EQ(mesh.data.getTarget(0).getTensor().getTensorSizes(), (std::vector<long>{3}));
+    EXPECT_EQ(mesh.data[0].get().name.get(), "verts");
+    EXPECT_EQ(mesh.data[0].get().getTensor().getTensorSizes(), (std::vector<long>{3}));
     arf.data.get().remove(item.id.get());
-    EXPECT_EQ(messageOf([&] { mesh.data.getTarget(0); }), "Getting item from data: Invalid id 1");
+    EXPECT_EQ(messageOf([&] { mesh.data[0].get(); }), "Getting item from data: Invalid id 1");
 }

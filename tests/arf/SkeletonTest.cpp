@@ -138,3 +138,88 @@ TEST(OptionalLists, AHandleTakenWhileAbsentCreatesTheListOnItsFirstAdd) {
     // Other uses of an absent handle report it as before.
     EXPECT_EQ(messageOf([&] { absent.size(); }), "Invalid node");
 }
+
+TEST(ReferenceItems, EachPositionOfAReferenceListIsAReference) {
+    const char* text = R"(memory:{"components": {"meshes": [], "nodes": [
+      {"mapping": "Hips", "children": [2], "name": "hips", "id": 1},
+      {"mapping": "Spine", "name": "spine", "id": 2},
+      {"mapping": "Head", "name": "head", "id": 3}]}})";
+    sorvane_arf_Arf* arf = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_load(&arf, text, false), 0);
+    sorvane_arf_Components* components = nullptr;
+    ASSERT_EQ(sorvane_arf_Arf_getComponents(&components, arf), 0);
+    sorvane_arf_NodeList* nodes = nullptr;
+    ASSERT_EQ(sorvane_arf_Components_getNodes(&nodes, components), 0);
+    sorvane_arf_Node* hips = nullptr;
+    ASSERT_EQ(sorvane_arf_NodeList_get(&hips, nodes, 1), 0);
+    const int64_t ids[] = {2, 9};
+    EXPECT_EQ(sorvane_arf_Node_setChildrenItemValues(hips, ids, 2), -1);
+    const std::string slot = sorvane_errorMessage;
+    EXPECT_EQ(slot.substr(slot.find("(): ") + 4),
+              "Setting item 1 of components.nodes[1].children: Invalid id 9 in components.nodes");
+    int64_t count = 0;
+    int64_t stored[4] = {};
+    EXPECT_EQ(sorvane_arf_Node_getChildrenItemValues(stored, sizeof stored, &count, hips), 0);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(stored[0], 2);
+    sorvane_arf_Node* child = nullptr;
+    ASSERT_EQ(sorvane_arf_Node_getChildrenItem(&child, hips, 0), 0);
+    int64_t id = 0;
+    EXPECT_EQ(sorvane_arf_Node_getPropertyId(&id, child), 0);
+    EXPECT_EQ(id, 2);
+    sorvane_arf_Node_delete(child);
+    sorvane_arf_Node_delete(hips);
+    sorvane_arf_NodeList_delete(nodes);
+    sorvane_arf_Components_delete(components);
+    sorvane_arf_Arf_delete(arf);
+
+    Arf doc = Arf::load(text);
+    auto node = doc.components->nodes[1];
+    Node::ChildrenItem item = node.children[0];
+    EXPECT_EQ(item.getIndex(), 2);
+    EXPECT_TRUE(item == 2);
+    EXPECT_EQ(item.get().name.get(), "spine");
+    EXPECT_TRUE(item == item.get());
+    EXPECT_EQ(item.getPropertyPath(), "components.nodes[1].children[0]");
+    EXPECT_EQ(messageOf([&] { item.set(9); }),
+              "Setting item 0 of components.nodes[1].children: Invalid id 9 in components.nodes");
+    EXPECT_EQ(item.getIndex(), 2);
+    item.set(doc.components->nodes[3]);
+    EXPECT_EQ(node.children.get(), (std::vector<int64_t>{3}));
+    EXPECT_EQ(messageOf([&] { node.children[1].getIndex(); }),
+              "Getting item of components.nodes[1].children: Invalid index 1");
+    item.removeProperty();
+    EXPECT_EQ(node.children.size(), 0);
+    EXPECT_TRUE(node.children.isPropertyPresent());  // the list stays, empty
+
+    Arf readOnly = Arf::load(text, true);
+    EXPECT_EQ(messageOf([&] { readOnly.components->nodes[1].children[0].set(3); }),
+              "Setting an item of components.nodes[1].children: Forbidden, read-only accessor");
+}
+
+TEST(ReferenceItems, ReferencesToADataItemReadItsPayload) {
+    Arf arf = Arf::create("memory:");
+    const float matrices[32] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 2};
+    auto item = arf.data.addDense(matrices, sizeof matrices, DATA_DTYPE_FLOAT, {2, 16}, false, nullptr, "ibm");
+    auto components = arf.components.get();
+    components.nodes.add("Hips", "hips", std::nullopt);
+    auto skeleton = components.skeletons.add(1, "body", std::nullopt);
+    skeleton.inverseBindMatrix.set(item);
+    auto mesh = components.meshes.add("m", std::nullopt);
+    mesh.data.add(item.id.get());
+
+    EXPECT_EQ(skeleton.inverseBindMatrix.getTensor().getTensorSizes(), item.getTensor().getTensorSizes());
+    EXPECT_EQ(skeleton.inverseBindMatrix.getDataSize(), item.getDataSize());
+    Mesh::DataItem first = mesh.data[0];
+    EXPECT_EQ(first.getTensor().getTensorSizes(), (std::vector<long>{2, 16}));
+    std::vector<long> sizes;
+    DataDType dtype{};
+    float back[32] = {};
+    first.getTensorData(sizes, dtype, back, sizeof back);
+    EXPECT_EQ(back[16], 2);
+    EXPECT_EQ(dtype, DATA_DTYPE_FLOAT);
+
+    arf.data.get().remove(item.id.get());
+    EXPECT_EQ(messageOf([&] { first.getDataSize(); }), "Getting item from data: Invalid id 1");
+    EXPECT_EQ(messageOf([&] { skeleton.inverseBindMatrix.getTensor(); }), "Getting item from data: Invalid id 1");
+}

@@ -147,10 +147,18 @@ public:
     }
 };
 
+// Reads a reference forwards to the record it names, on top of get():
+// nothing in general; the data items' accessor module specialises it for
+// references to a data item (Mesh::DataItem, Skin::Weights), which then read
+// the payload themselves.
+template <class Ref, class Acc>
+class ReferenceReads {};
+
 // A reference to one record of another list (Node::Parent, Skin::Mesh): get()
 // follows it to the record's accessor Acc, getIndex() gives the stored id.
 template <class NodeT, class Acc, class TargetList, class D>
-class SORVANE_API ReferenceMember : public ValueMember<NodeT, D> {
+class SORVANE_API ReferenceMember : public ValueMember<NodeT, D>,
+                                    public ReferenceReads<ReferenceMember<NodeT, Acc, TargetList, D>, Acc> {
 public:
     using Base = ValueMember<NodeT, D>;
 
@@ -174,23 +182,75 @@ public:
     bool operator==(const Acc& target) const { return getIndex() == target.getPropertyId(); }
 };
 
+// One position of a list of references (Mesh::DataItem, Node::ChildrenItem):
+// the reference stored there, with the operations of a single reference.
+// The position is checked when the item is used, by the node's list members.
+template <class NodeT, class Acc, class TargetList, class D>
+class SORVANE_API ReferenceItem : public MemberProperty<NodeT, D>,
+                                  public ReferenceReads<ReferenceItem<NodeT, Acc, TargetList, D>, Acc> {
+public:
+    using Base = MemberProperty<NodeT, D>;
+    using Change = Property::Change;
+
+    ReferenceItem() = default;
+    ReferenceItem(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_,
+                  int64_t position_)
+        : Base(root_, owner_, readOnly_), position(position_) {}
+
+    int64_t getPropertyIndex() const override { return position; }
+    std::string getPropertyPath() const override {
+        return Base::getPropertyPath() + "[" + std::to_string(position) + "]";
+    }
+    const char* getPropertyTypeName() const override { return "integer"; }
+    void outputRepresentation(std::ostream& out) const override { out << getIndex(); }
+    bool isPropertyPresent() const { return D::hasValue(this->node(), position); }
+
+    // The stored id.
+    int64_t getIndex() const { return D::getValue(this->node(), position); }
+
+    // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
+    Acc get() const {
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->propertyRoot,
+                                                        this->propertyReadOnly);
+    }
+    Acc* getPtr() const { return new Acc(get()); }
+
+    // Checked like the list's own setter: "Setting item %ld of %s: Invalid id ...".
+    void set(int64_t id) { D::setValue(writable(Change::SetItem), position, id); }
+    void set(int id) { set(static_cast<int64_t>(id)); }
+    void set(const Acc& target) { set(target.getPropertyId()); }
+    // Removes this position from the list; later positions move up.
+    void removeProperty() { D::removeValue(writable(Change::RemoveItem), position); }
+
+    bool operator==(int64_t id) const { return getIndex() == id; }
+    bool operator==(const Acc& target) const { return getIndex() == target.getPropertyId(); }
+
+private:
+    // The read-only texts name the list, as those of the list's own setters.
+    NodeT& writable(Change change) const {
+        NodeT& n = this->node();
+        this->checkWritable(change, Base::getPropertyPath());
+        return n;
+    }
+
+    int64_t position = 0;
+};
+
 // A list of references (Mesh::Data, Node::Children): the ids as values, and
-// the records they name through getTarget.
+// one item accessor per position.
 template <class NodeT, class Acc, class TargetList, class D>
 class SORVANE_API ReferenceListMember : public ValueListMember<NodeT, D> {
 public:
     using Base = ValueListMember<NodeT, D>;
+    using Item = ReferenceItem<NodeT, Acc, TargetList, D>;
 
     ReferenceListMember() = default;
     ReferenceListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
 
-    Acc getTarget(int64_t index) const {
-        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, Base::get(index),
-                                                        this->propertyRoot, this->propertyReadOnly);
-    }
-    Acc* getTargetPtr(int64_t index) const { return new Acc(getTarget(index)); }
-    void setTarget(int64_t index, const Acc& target) { Base::set(index, target.getPropertyId()); }
+    Item getItem(int64_t index) const { return Item(this->propertyRoot, this->owner, this->propertyReadOnly, index); }
+    Item* getItemPtr(int64_t index) const { return new Item(getItem(index)); }
+    Item operator[](int64_t index) const { return getItem(index); }
 };
 
 // A child record, viewed through its own object accessor Acc.

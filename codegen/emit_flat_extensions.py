@@ -1,0 +1,112 @@
+"""Flat extension functions: calls beyond the accessor families that a C
+caller needs to finish a job without C++. Removal from every record list by id
+(by index on lists without ids) and by position, and adding and removing
+single entries of every list of values and references. They go to a header
+and a source of their own, so the families stay as they are."""
+
+from emit_accessors import accessor_source, list_accessor_source, member_var
+from emit_flat import FlatEmitter, Function, handle, lower_first
+from emit_nodes import cstr
+
+
+class FlatExtensionEmitter:
+    HEADER = "sorvane/flat/sorvane_arf_extensions_generated.h"
+    SOURCE = "sorvane/flat/arf_extensions_generated.cpp"
+
+    def __init__(self, records):
+        self.records = {k: r for k, r in records.items() if r.module == "arf"}
+
+    def first(self, record):
+        return bool(self.records) and record is next(iter(self.records.values()))
+
+    def outputs(self, record):
+        return [self.HEADER, self.SOURCE] if self.first(record) else []
+
+    def emit(self, record):
+        return {self.HEADER: self.header(), self.SOURCE: self.source()} if self.first(record) else {}
+
+    def list_functions(self, record):
+        L = record.name + "List"
+        null = cstr(lower_first(L) + " is NULL")
+        h = f"{handle(L, record.module)}* self"
+        p = f"{handle(L, record.module)}_"
+        by_id = "a.remove(id)" if record.id_field else "a.removeByIndex(id)"
+        return [
+            Function(f"{p}remove", [h, "int64_t id"],
+                     f"return flat::call({null}, self, [&](auto& a) {{ {by_id}; }});",
+                     doc="removes the record " + ("with this id" if record.id_field else "at this index")
+                     + "; references to it are left dangling"),
+            Function(f"{p}removeByIndex", [h, "int64_t index"],
+                     f"return flat::call({null}, self, [&](auto& a) {{ a.removeByIndex(index); }});",
+                     doc="removes the record at this position"),
+        ]
+
+    def member_functions(self, record, f):
+        A = record.name
+        null = cstr(lower_first(A) + " is NULL")
+        h = f"{handle(record)}* self"
+        m = member_var(f)
+        p = f"{handle(record)}_"
+        C = f.cap
+        fns = []
+        if f.type == "refs":
+            fns.append(Function(f"{p}add{C}ItemValue", [h, "int64_t id"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(id); }});",
+                                doc="appends a reference by id, checked like the setters"))
+        if f.type == "list":
+            # The list accessor of an absent optional list has no node to add
+            # to; through its owner the list is made on the first record.
+            target = self.records.get((record.module, f.of))
+            if target is not None:
+                params, args = FlatEmitter.init_params(None, target)
+                fns.append(Function(f"{p}add{C}", [f"{handle(target)}** out", h] + params,
+                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.addPtr({', '.join(args)}); }});",
+                                    doc="adds a record to the child list, made when absent; arguments after self: "
+                                    + ", ".join(params)))
+        if f.is_list:
+            fns.append(Function(f"{p}remove{C}Item", [h, "int64_t index"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(index); }});",
+                                doc="removes the entry at this position"))
+        return fns
+
+    def functions(self, record):
+        fns = []
+        for f in record.fields:
+            fns += self.member_functions(record, f)
+        if record.has_list:
+            fns += self.list_functions(record)
+        return fns
+
+    def source(self):
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.", "#include <string>", ""]
+        for r in self.records.values():
+            o.append(f'#include "sorvane/{accessor_source(r)}.h"')
+            if r.has_list:
+                o.append(f'#include "sorvane/{list_accessor_source(r)}.h"')
+        o += ['#include "sorvane/flat/Frame.h"', '#include "sorvane/sorvane.h"', "",
+              "namespace flat = sorvane::flat;", "", 'extern "C" {', ""]
+        for r in self.records.values():
+            for fn in self.functions(r):
+                o += [fn.definition(), ""]
+        o.append('} // extern "C"')
+        return "\n".join(o) + "\n"
+
+    def header(self):
+        o = ["/* Generated from schema/ by codegen/generate.py: do not edit.",
+             " * Extensions: calls beyond the accessor families, for C callers that edit",
+             " * documents. Included by sorvane/flat/sorvane_arf_extensions.h. */",
+             "#ifndef SORVANE_FLAT_SORVANE_ARF_EXTENSIONS_GENERATED_H",
+             "#define SORVANE_FLAT_SORVANE_ARF_EXTENSIONS_GENERATED_H", "",
+             '#include "sorvane/flat/sorvane_arf_generated.h"', "",
+             "#ifdef __cplusplus", 'extern "C" {', "#endif", ""]
+        for r in self.records.values():
+            fns = self.functions(r)
+            if not fns:
+                continue
+            o.append(f"/* {r.name} (extensions) */")
+            for fn in fns:
+                o.append(f"/* {fn.name}: {fn.doc} */")
+                o.append(fn.declaration())
+            o.append("")
+        o += ["#ifdef __cplusplus", "}", "#endif", "", "#endif"]
+        return "\n".join(o) + "\n"

@@ -1,0 +1,21 @@
+#ifndef SORVANE_ARF_ARFCOPY_H
+#define SORVANE_ARF_ARFCOPY_H
+
+#include <filesystem>
+
+#include "sorvane/arf/Arf.h"
+#include "sorvane/core/Export.h"
+
+namespace sorvane::arf {
+
+// Writes the document again at `path`, in the storage mode its extension
+// names (.arf/.json main file with payload files, .arfz/.zip archive,
+// "memory:"), and returns the new document. Every payload is read from where
+// it lies and stored again where the new storage mode puts it; embedded ones
+// stay embedded, a payload in a file of its own keeps the file's name. The
+// source document is left as it is.
+SORVANE_API Arf saveArfAs(const Arf& source, const std::filesystem::path& path);
+
+} // namespace sorvane::arf
+
+#endif

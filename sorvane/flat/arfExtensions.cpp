@@ -1,0 +1,22 @@
+#include "sorvane/arf/ArfCopy.h"
+#include "sorvane/flat/Frame.h"
+#include "sorvane/sorvane.h"
+
+namespace flat = sorvane::flat;
+using sorvane::arf::Arf;
+
+namespace {
+constexpr const char* kNull = "arf is NULL";
+}
+
+extern "C" {
+
+int32_t sorvane_arf_Arf_save(sorvane_arf_Arf* self) {
+    return flat::call(kNull, self, [&](Arf& arf) { arf.save(); });
+}
+
+int32_t sorvane_arf_Arf_saveAs(sorvane_arf_Arf* self, const char* path) {
+    return flat::call(kNull, self, [&](Arf& arf) { sorvane::arf::saveArfAs(arf, flat::str(path)); });
+}
+
+} // extern "C"
