@@ -11,6 +11,9 @@
 #include <rapidjson/document.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
+#ifdef TALVEX_HAVE_SIMDJSON
+#include <simdjson.h>
+#endif
 
 #include "sorvane/arf/node/RootNode.h"
 #include "bench/ArfDocumentText.h"
@@ -43,6 +46,21 @@ void BM_Nodes_ReadStream(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
+
+#ifdef TALVEX_HAVE_SIMDJSON
+// simdjson's DOM parse of the same text (parser reused, as it is meant to be).
+void BM_SimdJson_Parse(benchmark::State& state) {
+    const simdjson::padded_string text(documentText());
+    simdjson::dom::parser parser;
+    for (auto _ : state) {
+        simdjson::dom::element document;
+        if (parser.parse(text).get(document)) state.SkipWithError("simdjson parse failed");
+        benchmark::DoNotOptimize(document);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+BENCHMARK(BM_SimdJson_Parse)->Unit(benchmark::kMillisecond);
+#endif
 
 void BM_Nodes_Write(benchmark::State& state) {
     const std::string& text = documentText();
