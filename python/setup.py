@@ -35,6 +35,9 @@ class BuildPy(build_py):
         generate(os.path.join(package, "_flat.py"))
         library = os.environ.get("TALVEX_LIBRARY")
         if library:
+            if not os.path.isabs(library):
+                # pip builds in a directory of its own: a relative path means nothing there.
+                raise SystemExit(f"TALVEX_LIBRARY must be an absolute path, not '{library}'")
             shutil.copy2(library, os.path.join(package, "libtalvex.so"))
 
 

@@ -60,7 +60,7 @@ if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/
   /usr/bin/python3 -m venv --system-site-packages --without-pip "$work/venv"
   mkdir "$work/python"
   cp -r python/pyproject.toml python/setup.py python/README.md python/talvex "$work/python/"
-  TALVEX_SOURCE_DIR=$PWD TALVEX_LIBRARY="$build/libtalvex.so" \
+  TALVEX_SOURCE_DIR=$PWD TALVEX_LIBRARY="$PWD/$build/libtalvex.so" \
     "$work/venv/bin/python" -m pip install -q --no-build-isolation --no-deps "$work/python" >/dev/null
   "$work/venv/bin/python" examples/python/print_skeleton.py examples/avatar.arf.json
   "$work/venv/bin/python" examples/python/print_stream.py "$work/face.stream"

@@ -7,6 +7,7 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
@@ -42,6 +43,7 @@ AppModes::AppModes() {
     addMode("mesh-convert", createMeshConvertMode);
     addCategory("Checks");
     addMode("compare-tensors", createCompareTensorsMode);
+    addMode("compare-images", createCompareImagesMode);
     addMode("validate", createValidateMode);
 }
 

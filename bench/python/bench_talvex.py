@@ -35,7 +35,7 @@ def per_call(f, n, repeat):
 
 def main(repeat):
     print(f"library: {talvex.library_path}")
-    print(f"numpy: {'yes' if talvex.has_numpy else 'no (bytearray)'}")
+    print(f"numpy: {'yes' if talvex.has_numpy else 'no (ctypes blocks and memoryviews)'}")
     n = 16 * 1024 * 1024  # floats: 64 MB
     nbytes = 4 * n
     values = (ctypes.c_float * n)(*range(1000))

@@ -24,6 +24,11 @@ def once(cls):
     return cls
 
 
+def needs(name):
+    """Skips a test until the library has the function."""
+    return unittest.skipUnless(name in talvex.FUNCTIONS, f"{name} is not in this library yet")
+
+
 def raw_slot():
     """The error slot read straight through ctypes, not through the package."""
     lib = ctypes.CDLL(talvex.library_path)
@@ -82,6 +87,20 @@ class Documents(unittest.TestCase):
                     self.assertEqual(mesh.data[0].name, "verts")
                     self.assertEqual(tobytes(again.data.by_name("faces").tensor()), tobytes(values(6, "H")))
                     self.assertEqual(list(again.data.by_name("verts").tensor(use_numpy=False).shape), [4, 3])
+
+    @needs("sorvane_arf_Arf_saveAs")
+    def test_save_as_moves_between_storage_modes(self):
+        source = os.path.join(self.dir, "src", "avatar.arf.json")
+        with talvex.Arf.create(source) as arf:
+            fill(arf)
+            arf.save()
+            for target in ("b.arfz", os.path.join("c", "avatar.arf.json"), "d.zip"):
+                with self.subTest(target=target):
+                    arf.save_as(os.path.join(self.dir, target))
+                    with talvex.Arf.load(os.path.join(self.dir, target), read_only=True) as again:
+                        self.assertEqual(tobytes(again.data["verts"].tensor()), tobytes(values(12)))
+                        self.assertEqual(tobytes(again.data["faces"].tensor()), tobytes(values(6, "H")))
+                        self.assertEqual(again.identity.name, "Ada")
 
     def test_sequences_and_references(self):
         with talvex.Arf.create("memory:") as arf:
@@ -246,11 +265,6 @@ class Streams(unittest.TestCase):
                 self.assertEqual([units[2][1].get_blendshape_id(i) for i in range(2)], [5, 6])
                 if not little:  # the little-endian writer drops the duration (reported; not this package's)
                     self.assertEqual(units[1][1].duration, 40)
-
-
-def needs(name):
-    """Skips a test until the library has the function."""
-    return unittest.skipUnless(name in talvex.FUNCTIONS, f"{name} is not in this library yet")
 
 
 class Images(unittest.TestCase):
@@ -493,6 +507,22 @@ class BadInput(unittest.TestCase):
                         with open(path, "wb") as f:
                             f.write(data)
                         self.survive(name, lambda: talvex.Gltf.load(path, read_only=True).to_json())
+        if "sorvane_gltf2_Gltf_load" in talvex.FUNCTIONS:
+            # No seed corpus for .glb yet: damaged copies of a good file.
+            import struct
+            (_, glb), _ = gltf_files(work)
+            with open(glb, "rb") as f:
+                good = f.read()
+            damaged = [good[:n] for n in (0, 4, 11, 12, 19, 20, 40, len(good) - 1)]
+            damaged += [good[:8] + struct.pack("<I", 1 << 31) + good[12:],  # total length past the file
+                        good[:12] + struct.pack("<I", 1 << 30) + good[16:],  # JSON chunk past the file
+                        good[:16] + b"XXXX" + good[20:],  # chunk type
+                        b"glTF" + struct.pack("<I", 1) + good[8:]]  # version 1
+            for i, data in enumerate(damaged):
+                path = os.path.join(work, f"damaged{i}.glb")
+                with open(path, "wb") as f:
+                    f.write(data)
+                self.survive(path, lambda: [a.tensor() for a in talvex.Gltf.load(path, read_only=True).accessors])
         for name, data in self.corpus("data_payload"):
             self.survive(name, lambda: payload(data, "sparse" if name.startswith("sparse") else "dense"))
 
