@@ -2,6 +2,7 @@
 // in the same run:
 //   Json_ImporterWalk   our cursor, typed reads as a node reader does them
 //   Json_RapidParse     rapidjson::Document::Parse of the same text
+//   Json_SimdParse      simdjson's DOM parse of the same text (when installed)
 //   Json_ExporterWrite  our writer, the same structure
 //   Json_RapidPretty    rapidjson::PrettyWriter, the same structure
 #include <benchmark/benchmark.h>
@@ -9,6 +10,9 @@
 #include <rapidjson/document.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
+#ifdef TALVEX_HAVE_SIMDJSON
+#include <simdjson.h>
+#endif
 
 #include <cstdlib>
 #include <istream>
@@ -179,13 +183,12 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
     if (!in.nextEndObject()) fail("end", in);
 }
 
+// The text read in place, as Parse reads it.
 void Json_ImporterWalk(benchmark::State& state) {
     const std::string& json = text();
     size_t records = 0;
     for (auto _ : state) {
-        MemoryInput buffer(json);
-        std::istream stream(&buffer);
-        JsonImporter in(stream);
+        JsonImporter in(json.data(), json.size());
         bench::ArfJsonModel read;
         readRecords(in, read);
         records = read.meshes.size() + read.nodes.size() + read.blendshapeSets.size() + read.data.size();
@@ -195,6 +198,21 @@ void Json_ImporterWalk(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * json.size()));
 }
 BENCHMARK(Json_ImporterWalk)->Unit(benchmark::kMillisecond);
+
+// The same through a stream over the text (blocks copied into the cursor).
+void Json_ImporterWalkStream(benchmark::State& state) {
+    const std::string& json = text();
+    for (auto _ : state) {
+        MemoryInput buffer(json);
+        std::istream stream(&buffer);
+        JsonImporter in(stream);
+        bench::ArfJsonModel read;
+        readRecords(in, read);
+        benchmark::DoNotOptimize(read);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * json.size()));
+}
+BENCHMARK(Json_ImporterWalkStream)->Unit(benchmark::kMillisecond);
 
 void Json_RapidParse(benchmark::State& state) {
     const std::string& json = text();
@@ -207,6 +225,21 @@ void Json_RapidParse(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * json.size()));
 }
 BENCHMARK(Json_RapidParse)->Unit(benchmark::kMillisecond);
+
+#ifdef TALVEX_HAVE_SIMDJSON
+// simdjson's DOM parse of the same text: the ceiling, not a target.
+void Json_SimdParse(benchmark::State& state) {
+    const simdjson::padded_string json(text());
+    simdjson::dom::parser parser;
+    for (auto _ : state) {
+        simdjson::dom::element document;
+        if (parser.parse(json).get(document)) std::abort();
+        benchmark::DoNotOptimize(document);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * json.size()));
+}
+BENCHMARK(Json_SimdParse)->Unit(benchmark::kMillisecond);
+#endif
 
 void Json_ExporterWrite(benchmark::State& state) {
     const bench::ArfJsonModel& data = model();

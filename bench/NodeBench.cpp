@@ -11,6 +11,9 @@
 #include <rapidjson/document.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
+#ifdef TALVEX_HAVE_SIMDJSON
+#include <simdjson.h>
+#endif
 
 #include "sorvane/arf/node/RootNode.h"
 #include "bench/ArfDocumentText.h"
@@ -19,7 +22,20 @@ namespace {
 
 using talvex_bench::documentText;
 
+// The text read in place, as a load does it.
 void BM_Nodes_Read(benchmark::State& state) {
+    const std::string& text = documentText();
+    for (auto _ : state) {
+        auto root = std::make_shared<sorvane::arf::RootNode>();
+        sorvane::archive::JsonImporter importer(text.data(), text.size());
+        root->fromJson(importer);
+        benchmark::DoNotOptimize(root.get());
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+// The same through a stream (a copy into a string stream, then blocks).
+void BM_Nodes_ReadStream(benchmark::State& state) {
     const std::string& text = documentText();
     for (auto _ : state) {
         auto root = std::make_shared<sorvane::arf::RootNode>();
@@ -30,6 +46,21 @@ void BM_Nodes_Read(benchmark::State& state) {
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
+
+#ifdef TALVEX_HAVE_SIMDJSON
+// simdjson's DOM parse of the same text (parser reused, as it is meant to be).
+void BM_SimdJson_Parse(benchmark::State& state) {
+    const simdjson::padded_string text(documentText());
+    simdjson::dom::parser parser;
+    for (auto _ : state) {
+        simdjson::dom::element document;
+        if (parser.parse(text).get(document)) state.SkipWithError("simdjson parse failed");
+        benchmark::DoNotOptimize(document);
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+BENCHMARK(BM_SimdJson_Parse)->Unit(benchmark::kMillisecond);
+#endif
 
 void BM_Nodes_Write(benchmark::State& state) {
     const std::string& text = documentText();
@@ -74,6 +105,7 @@ void BM_RapidJson_PrettyWrite(benchmark::State& state) {
 } // namespace
 
 BENCHMARK(BM_Nodes_Read)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Nodes_ReadStream)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RapidJson_Parse)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Nodes_Write)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RapidJson_PrettyWrite)->Unit(benchmark::kMillisecond);

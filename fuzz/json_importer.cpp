@@ -1,6 +1,7 @@
 // Arbitrary bytes through a generic walk driven by the JSON cursor, written
 // again through the exporter. Checks on the way:
-// - the same bytes handed over in small pieces read exactly as in one block;
+// - the same bytes handed over in small pieces read exactly as in one block,
+//   and exactly as read in place, byte by byte or 16/32 bytes at a time;
 // - what the walk writes, read and written once more, is stable.
 #include <algorithm>
 #include <cstdint>
@@ -154,8 +155,14 @@ void walk(JsonImporter& in, JsonExporter& out, int depth) {
 // with the line counter at the end.
 // With `unwrap`, the text is one array written by an earlier round, whose
 // items are walked at depth 0 as they were then.
+std::string rewrite(JsonImporter& in, bool compact, bool unwrap);
+
 std::string rewrite(std::istream& stream, bool compact, bool unwrap) {
     JsonImporter in(stream);
+    return rewrite(in, compact, unwrap);
+}
+
+std::string rewrite(JsonImporter& in, bool compact, bool unwrap) {
     std::ostringstream written;
     {
         JsonExporter::Options options;
@@ -202,6 +209,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (std::string again = rewrite(slow, false, false); again != whole) {
             std::fprintf(stderr, "pieces differ:\n%s\n----\n%s\n", whole.c_str(), again.c_str());
             std::abort();
+        }
+
+        // Read in place, byte by byte and with the widest scan: the same.
+        for (sorvane::archive::JsonScan scan : {sorvane::archive::JsonScan::Scalar, JsonImporter::getBestScan()}) {
+            JsonImporter inPlace(bytes, size);
+            inPlace.setScan(scan);
+            if (std::string again = rewrite(inPlace, false, false); again != whole) {
+                std::fprintf(stderr, "in place (scan %d) differs:\n%s\n----\n%s\n", static_cast<int>(scan),
+                             whole.c_str(), again.c_str());
+                std::abort();
+            }
         }
 
         // The rewritten text reads back to itself after one more round.

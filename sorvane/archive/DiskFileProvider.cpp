@@ -54,8 +54,7 @@ void DiskFileProvider::getRange(void* out, int64_t size, const std::string& name
     if (offset < 0 || size < 0 || offset > file.size() || size > file.size() - offset)
         SORVANE_THROW("Invalid range for '%s'", path.c_str());
     if (size == 0) return;
-    file.seek(offset);
-    file.read(out, size);
+    file.readAt(out, size, offset);
 }
 
 std::string DiskFileProvider::getString(const std::string& name, int64_t offset) const {
@@ -70,12 +69,21 @@ std::string DiskFileProvider::getString(const std::string& name, int64_t offset)
 }
 
 void DiskFileProvider::create(const std::string& name, const void* data, int64_t size) {
+    const Block block{data, size};
+    createBlocks(name, &block, 1);
+}
+
+void DiskFileProvider::createBlocks(const std::string& name, const Block* blocks, size_t count) {
     const fs::path path = resolve(name);
     if (path.has_parent_path()) fs::create_directories(path.parent_path());
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "wb"), &std::fclose);
     if (!file) SORVANE_THROW("Error when creating '%s'", path.c_str());
-    bool ok = size >= 0 && (size == 0 || (data && std::fwrite(data, 1, static_cast<size_t>(size), file.get()) ==
-                                                      static_cast<size_t>(size)));
+    bool ok = true;
+    for (size_t i = 0; ok && i < count; ++i) {
+        const int64_t size = blocks[i].size;
+        ok = size >= 0 && (size == 0 || (blocks[i].data && std::fwrite(blocks[i].data, 1, static_cast<size_t>(size),
+                                                                        file.get()) == static_cast<size_t>(size)));
+    }
     ok = std::fclose(file.release()) == 0 && ok;
     if (!ok) SORVANE_THROW("Error when writing '%s'", path.c_str());
 }

@@ -26,6 +26,7 @@ public:
     std::string getString(const std::string& name, int64_t offset) const override;
     // Creates the parent directories first.
     void create(const std::string& name, const void* data, int64_t size) override;
+    void createBlocks(const std::string& name, const Block* blocks, size_t count) override;
     // Copies `path` unless the target is the same file, or exists and
     // `overwrite` is false; an existing target is replaced only by a newer file.
     void createFromFile(const std::string& name, const std::string& path, bool overwrite) override;

@@ -93,6 +93,17 @@ void FileProvider::create(const std::string& name, const std::string& text) {
     create(name, text.data(), static_cast<int64_t>(text.size()));
 }
 
+void FileProvider::createBlocks(const std::string& name, const Block* blocks, size_t count) {
+    if (count == 1) return create(name, blocks[0].data, blocks[0].size);
+    std::vector<uint8_t> whole;
+    for (size_t i = 0; i < count; ++i) {
+        if (blocks[i].size < 0 || (blocks[i].size > 0 && !blocks[i].data)) return create(name, nullptr, -1);
+        const auto* bytes = static_cast<const uint8_t*>(blocks[i].data);
+        whole.insert(whole.end(), bytes, bytes + blocks[i].size);
+    }
+    create(name, whole.data(), static_cast<int64_t>(whole.size()));
+}
+
 void FileProvider::createFromFile(const std::string& name, const std::string& path, bool overwrite) {
     if (!overwrite && exists(name)) return;
     detail::ReadFile file(path.c_str());

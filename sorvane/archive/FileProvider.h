@@ -67,6 +67,15 @@ public:
     virtual std::shared_ptr<std::istream> getInputStream(const std::string& name, int64_t offset) const;
     virtual void create(const std::string& name, const void* data, int64_t size) = 0;
     virtual void create(const std::string& name, const std::string& text);
+    // One piece of an item given in several.
+    struct Block {
+        const void* data;
+        int64_t size;
+    };
+    // Stores the item made of the `count` blocks one after the other, as
+    // create with their concatenation does; a store that can lays them down
+    // in place, so the bytes are copied once.
+    virtual void createBlocks(const std::string& name, const Block* blocks, size_t count);
     // Stores a copy of the file at `path`; does nothing when `overwrite` is
     // false and the name exists.
     virtual void createFromFile(const std::string& name, const std::string& path, bool overwrite);

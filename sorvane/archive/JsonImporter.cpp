@@ -7,7 +7,7 @@
 #include <cstring>
 
 #ifdef __SSE2__
-#include <emmintrin.h>
+#include <immintrin.h>
 #endif
 
 namespace sorvane::archive {
@@ -21,6 +21,162 @@ constexpr size_t kMinRead = 16 * 1024;
 
 inline bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 inline bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+
+// ---- scanning kernels ----
+// Each finds the end of a run in [p, e) and returns a pointer to the first
+// byte that does not belong to it (e if all do). The wide forms look at 16
+// or 32 bytes at once while that many are left, then finish byte by byte, so
+// none reads past e.
+
+// A byte that ends a run of plain string characters: the quote, the
+// backslash, and every byte that is below 32 as a signed value (control
+// characters and all bytes from 0x80 up).
+inline bool isStringStop(char c) { return static_cast<signed char>(c) < 32 || c == '"' || c == '\\'; }
+
+inline const char* blankEndScalar(const char* p, const char* e) {
+    while (p < e && isBlank(*p)) ++p;
+    return p;
+}
+
+inline const char* stringStopScalar(const char* p, const char* e) {
+    while (p < e && !isStringStop(*p)) ++p;
+    return p;
+}
+
+inline const char* digitEndScalar(const char* p, const char* e) {
+    while (p < e && isDigit(*p)) ++p;
+    return p;
+}
+
+#ifdef __SSE2__
+inline unsigned firstBit(unsigned mask) { return static_cast<unsigned>(__builtin_ctz(mask)); }
+
+// Bit i set where byte i of v is a blank.
+inline unsigned blankMask16(__m128i v) {
+    const __m128i blanks = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8(' ')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\n'))),
+                                        _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\t')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\r'))));
+    return static_cast<unsigned>(_mm_movemask_epi8(blanks));
+}
+
+// Bit i set where byte i of v ends a plain string run; the signed compare
+// takes every byte from 0x80 up as negative, as the rule wants.
+inline unsigned stringStopMask16(__m128i v) {
+    const __m128i stops = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('"')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\\'))),
+                                       _mm_cmplt_epi8(v, _mm_set1_epi8(32)));
+    return static_cast<unsigned>(_mm_movemask_epi8(stops));
+}
+
+// Bit i set where byte i of v is a digit.
+inline unsigned digitMask16(__m128i v) {
+    const __m128i shifted = _mm_sub_epi8(v, _mm_set1_epi8('0'));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(shifted, _mm_set1_epi8(9)), shifted)));
+}
+
+inline const char* blankEndSse2(const char* p, const char* e) {
+    for (; e - p >= 16; p += 16) {
+        const unsigned other = ~blankMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) & 0xFFFFu;
+        if (other) return p + firstBit(other);
+    }
+    return blankEndScalar(p, e);
+}
+
+inline const char* stringStopSse2(const char* p, const char* e) {
+    for (; e - p >= 16; p += 16) {
+        const unsigned stops = stringStopMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+        if (stops) return p + firstBit(stops);
+    }
+    return stringStopScalar(p, e);
+}
+
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+#define SORVANE_JSON_AVX2 1
+__attribute__((target("avx2"))) const char* stringStopAvx2(const char* p, const char* e) {
+    for (; e - p >= 32; p += 32) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        const __m256i stops = _mm256_or_si256(
+            _mm256_or_si256(_mm256_cmpeq_epi8(v, _mm256_set1_epi8('"')), _mm256_cmpeq_epi8(v, _mm256_set1_epi8('\\'))),
+            _mm256_cmpgt_epi8(_mm256_set1_epi8(32), v));
+        const unsigned mask = static_cast<unsigned>(_mm256_movemask_epi8(stops));
+        if (mask) return p + firstBit(mask);
+    }
+    return stringStopSse2(p, e);
+}
+#endif
+#endif
+
+// Up to 8 digits at p as a number, p holding at least 8 readable bytes of
+// which the first n (1 to 8) are digits: the digits are moved to the top of
+// one word and combined in pairs, fours and eights.
+inline uint64_t eightDigits(const char* p, unsigned n) {
+    uint64_t v;
+    std::memcpy(&v, p, 8);
+    // Borrows run towards the high bytes only, which the shift drops.
+    v -= 0x3030303030303030ull;
+    v <<= 8 * (8 - n);
+    v = v * 10 + (v >> 8);
+    v = (((v & 0x000000FF000000FFull) * (100 + (1000000ull << 32))) +
+         (((v >> 16) & 0x000000FF000000FFull) * (1 + (10000ull << 32)))) >>
+        32;
+    return v;
+}
+
+constexpr uint64_t kPow10Integer[] = {1ull,         10ull,         100ull,         1000ull,         10000ull,
+                                      100000ull,    1000000ull,    10000000ull,    100000000ull,    1000000000ull,
+                                      10000000000ull, 100000000000ull, 1000000000000ull, 10000000000000ull,
+                                      100000000000000ull, 1000000000000000ull, 10000000000000000ull};
+
+// Blank runs are short (an indentation at most), so 16 bytes at a time is
+// as wide as pays; a plain string run may be a long "data:" uri.
+inline const char* blankEnd(JsonScan scan, const char* p, const char* e) {
+#ifdef __SSE2__
+    if (scan != JsonScan::Scalar) return blankEndSse2(p, e);
+#else
+    (void)scan;
+#endif
+    return blankEndScalar(p, e);
+}
+
+inline const char* stringStop(JsonScan scan, const char* p, const char* e) {
+#ifdef __SSE2__
+    if (scan != JsonScan::Scalar) {
+        if (e - p >= 16) {
+            const unsigned stops = stringStopMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+            if (stops) return p + firstBit(stops);
+            p += 16;
+        }
+#ifdef SORVANE_JSON_AVX2
+        if (scan == JsonScan::Avx2) return stringStopAvx2(p, e);
+#endif
+        return stringStopSse2(p, e);
+    }
+#else
+    (void)scan;
+#endif
+    return stringStopScalar(p, e);
+}
+
+// Adds the digits at p to value as value * 10 + digit does, wrapping the
+// same way, and returns the end of the digits.
+inline const char* takeDigits(JsonScan scan, const char* p, const char* e, uint64_t& value) {
+#ifdef __SSE2__
+    if (scan != JsonScan::Scalar) {
+        while (e - p >= 16) {
+            const unsigned other = ~digitMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) & 0xFFFFu;
+            const unsigned n = other ? firstBit(other) : 16;
+            if (n == 0) return p;
+            const uint64_t chunk =
+                n <= 8 ? eightDigits(p, n) : eightDigits(p, 8) * kPow10Integer[n - 8] + eightDigits(p + 8, n - 8);
+            value = value * kPow10Integer[n] + chunk;
+            p += n;
+            if (n < 16) return p;
+        }
+    }
+#else
+    (void)scan;
+#endif
+    while (p < e && isDigit(*p)) value = value * 10 + static_cast<uint64_t>(*p++ - '0');
+    return p;
+}
 
 // Exact powers of ten: every one up to 1e22 is a double without rounding.
 constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
@@ -50,9 +206,36 @@ struct Mantissa {
 
 } // namespace
 
-JsonImporter::JsonImporter(std::istream& stream) : stream_(stream) {
+JsonImporter::JsonImporter(std::istream& stream) : stream_(&stream), scan_(getBestScan()) {
     const char* point = std::localeconv()->decimal_point;
     dotDecimal_ = point != nullptr && point[0] == '.' && point[1] == 0;
+}
+
+JsonImporter::JsonImporter(const char* text, size_t size) : scan_(getBestScan()) {
+    const char* point = std::localeconv()->decimal_point;
+    dotDecimal_ = point != nullptr && point[0] == '.' && point[1] == 0;
+    // Only read through this pointer: fill() writes into storage_ alone.
+    data_ = const_cast<char*>(text);
+    end_ = text ? size : 0;
+    capacity_ = end_;
+    eof_ = true;
+}
+
+JsonScan JsonImporter::getBestScan() {
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+    static const JsonScan best = __builtin_cpu_supports("avx2") ? JsonScan::Avx2 : JsonScan::Sse2;
+    return best;
+#elif defined(__SSE2__)
+    return JsonScan::Sse2;
+#else
+    return JsonScan::Scalar;
+#endif
+}
+
+void JsonImporter::setScan(JsonScan scan) {
+    scan_ = static_cast<int32_t>(scan) <= static_cast<int32_t>(getBestScan()) && static_cast<int32_t>(scan) >= 0
+                ? scan
+                : getBestScan();
 }
 
 int32_t JsonImporter::getLine() const {
@@ -62,8 +245,8 @@ int32_t JsonImporter::getLine() const {
 
 void JsonImporter::countLines() const {
     if (counted_ >= begin_) return;
-    const char* p = data_.get() + counted_;
-    const char* e = data_.get() + begin_;
+    const char* p = data_ + counted_;
+    const char* e = data_ + begin_;
     size_t lines = 0;
 #ifdef __SSE2__
     // Sixteen bytes at a time: compare, keep 1 per line feed, add up bytewise
@@ -113,7 +296,7 @@ bool JsonImporter::fill() {
         // Move the uncommitted characters to the front; relative positions hold.
         countLines();
         counted_ = 0;
-        std::memmove(data_.get(), data_.get() + begin_, end_ - begin_);
+        std::memmove(data_, data_ + begin_, end_ - begin_);
         pos_ -= begin_;
         end_ -= begin_;
         begin_ = 0;
@@ -121,13 +304,14 @@ bool JsonImporter::fill() {
     if (capacity_ - end_ < kMinRead) {
         size_t capacity = capacity_ == 0 ? kBlock : capacity_ * 2;
         std::unique_ptr<char[]> data(new char[capacity]);
-        if (end_ > 0) std::memcpy(data.get(), data_.get(), end_);
-        data_ = std::move(data);
+        if (end_ > 0) std::memcpy(data.get(), data_, end_);
+        storage_ = std::move(data);
+        data_ = storage_.get();
         capacity_ = capacity;
     }
-    std::streambuf* buffer = stream_.rdbuf();
+    std::streambuf* buffer = stream_ ? stream_->rdbuf() : nullptr;
     std::streamsize got = 0;
-    if (buffer != nullptr) got = buffer->sgetn(data_.get() + end_, static_cast<std::streamsize>(capacity_ - end_));
+    if (buffer != nullptr) got = buffer->sgetn(data_ + end_, static_cast<std::streamsize>(capacity_ - end_));
     if (got <= 0) {
         eof_ = true;
         return false;
@@ -159,19 +343,25 @@ void JsonImporter::rollback() { pos_ = begin_; }
 void JsonImporter::flush() { commit(); }
 
 inline void JsonImporter::skipBlanks() {
-    const char* base = data_.get();
-    size_t at = pos_;
-    while (at < end_ && isBlank(base[at])) ++at;
-    pos_ = at;
-    if (at == end_) skipBlanksSlow();
+    const char* p = data_ + pos_;
+    const char* e = data_ + end_;
+    // Most tokens follow no blank or a single one.
+    if (p < e && !isBlank(*p)) return;
+    if (e - p >= 2 && !isBlank(p[1])) {
+        ++pos_;
+        return;
+    }
+    p = blankEnd(scan_, p, e);
+    pos_ = static_cast<size_t>(p - data_);
+    if (p == e) skipBlanksSlow();
 }
 
 void JsonImporter::skipBlanksSlow() {
     while (avail()) {
-        const char* p = data_.get() + pos_;
-        const char* e = data_.get() + end_;
-        while (p < e && isBlank(*p)) ++p;
-        pos_ = static_cast<size_t>(p - data_.get());
+        const char* p = data_ + pos_;
+        const char* e = data_ + end_;
+        p = blankEnd(scan_, p, e);
+        pos_ = static_cast<size_t>(p - data_);
         if (p < e) return;
     }
 }
@@ -209,12 +399,11 @@ inline bool JsonImporter::scanString(std::string& out) {
     out.clear();
     for (;;) {
         // Runs of plain characters go over in one piece.
-        const char* start = data_.get() + pos_;
-        const char* e = data_.get() + end_;
-        const char* p = start;
-        while (p < e && static_cast<signed char>(*p) >= 32 && *p != '"' && *p != '\\') ++p;
+        const char* start = data_ + pos_;
+        const char* e = data_ + end_;
+        const char* p = stringStop(scan_, start, e);
         out.append(start, static_cast<size_t>(p - start));
-        pos_ = static_cast<size_t>(p - data_.get());
+        pos_ = static_cast<size_t>(p - data_);
         if (p == e) {
             if (fill()) continue;
             break;  // end of the input inside the string
@@ -265,7 +454,7 @@ inline bool JsonImporter::scanInteger(int64_t& out) {
         pos_ = begin_ + save;
         return false;
     }
-    const char* base = data_.get();
+    const char* base = data_;
     const char* p = base + pos_;
     const char* e = base + end_;
     bool negative = false;
@@ -279,11 +468,11 @@ inline bool JsonImporter::scanInteger(int64_t& out) {
     // Wraps silently on overflow, as unsigned arithmetic does.
     uint64_t value = 0;
     for (;;) {
-        while (p < e && isDigit(*p)) value = value * 10 + static_cast<uint64_t>(*p++ - '0');
+        p = takeDigits(scan_, p, e, value);
         pos_ = static_cast<size_t>(p - base);
         if (p < e || !fill()) break;
         // The refill may have moved the buffer.
-        base = data_.get();
+        base = data_;
         p = base + pos_;
         e = base + end_;
     }
@@ -354,7 +543,7 @@ inline bool JsonImporter::scanNumber(double& out) {
     // the grammar is checked and the digits gathered in one pass.
     size_t save = pos_ - begin_;
     skipBlanks();
-    const char* base = data_.get();
+    const char* base = data_;
     const char* p = base + pos_;
     const char* e = base + end_;
     const char* text = p;
@@ -368,12 +557,12 @@ inline bool JsonImporter::scanNumber(double& out) {
     }
     uint64_t mantissa = 0;
     const char* first = p;
-    while (p < e && isDigit(*p)) mantissa = mantissa * 10 + static_cast<uint64_t>(*p++ - '0');
+    p = takeDigits(scan_, p, e, mantissa);
     size_t digits = static_cast<size_t>(p - first);
     int scale = 0;
     if (p < e && *p == '.') {
         const char* fraction = ++p;
-        while (p < e && isDigit(*p)) mantissa = mantissa * 10 + static_cast<uint64_t>(*p++ - '0');
+        p = takeDigits(scan_, p, e, mantissa);
         digits += static_cast<size_t>(p - fraction);
         scale = -static_cast<int>(std::min<size_t>(static_cast<size_t>(p - fraction), 1000));
     }
@@ -412,10 +601,10 @@ bool JsonImporter::scanNumberSlow(double& out) {
     size_t start = pos_ - begin_;
     auto digits = [this] {
         for (;;) {
-            const char* p = data_.get() + pos_;
-            const char* e = data_.get() + end_;
-            while (p < e && isDigit(*p)) ++p;
-            pos_ = static_cast<size_t>(p - data_.get());
+            const char* p = data_ + pos_;
+            const char* e = data_ + end_;
+            p = digitEndScalar(p, e);
+            pos_ = static_cast<size_t>(p - data_);
             if (p < e || !fill()) return;
         }
     };
@@ -438,7 +627,7 @@ bool JsonImporter::scanNumberSlow(double& out) {
         ++pos_;
         digits();
     }
-    if (!convertNumber(data_.get() + begin_ + start, data_.get() + pos_, out)) {
+    if (!convertNumber(data_ + begin_ + start, data_ + pos_, out)) {
         pos_ = begin_ + save;
         return false;
     }
@@ -726,7 +915,8 @@ bool JsonImporter::nextBeginArray() {
     return true;
 }
 
-bool JsonImporter::nextObjectItem(std::string& key) {
+// The part of an object item before its key: the stack check and the comma.
+inline bool JsonImporter::beginObjectItem() {
     if (stack_.empty() || stack_.back().type != 0) return false;
     Item& item = stack_.back();
     if (item.first) {
@@ -739,7 +929,43 @@ bool JsonImporter::nextObjectItem(std::string& key) {
     }
     skipBlanks();
     commit();
+    return true;
+}
+
+bool JsonImporter::nextObjectItem(std::string& key) {
+    if (!beginObjectItem()) return false;
     if (!scanString(key)) return false;
+    commit();
+    skipBlanks();
+    commit();
+    if (!take(':')) return false;
+    commit();
+    return true;
+}
+
+// A key without escapes that ends in the buffer is shown where it lies when
+// the text is read in place; anything else goes through scanString.
+inline bool JsonImporter::scanKey(const char*& key, size_t& length) {
+    if (!stream_ && pos_ < end_ && data_[pos_] == '"') {
+        const char* start = data_ + pos_ + 1;
+        const char* e = data_ + end_;
+        const char* p = stringStop(scan_, start, e);
+        if (p < e && *p == '"') {
+            key = start;
+            length = static_cast<size_t>(p - start);
+            pos_ = static_cast<size_t>(p + 1 - data_);
+            return true;
+        }
+    }
+    if (!scanString(objectKey_)) return false;
+    key = objectKey_.data();
+    length = objectKey_.size();
+    return true;
+}
+
+bool JsonImporter::nextObjectKey(const char*& key, size_t& length) {
+    if (!beginObjectItem()) return false;
+    if (!scanKey(key, length)) return false;
     commit();
     skipBlanks();
     commit();

@@ -14,6 +14,11 @@
 
 namespace sorvane::archive {
 
+// How the cursor finds the end of a run of blanks, of plain string bytes or
+// of digits: byte by byte, 16 bytes at a time, or 32 at a time. All give the
+// same results; the wider ones are only faster.
+enum class JsonScan : int32_t { Scalar = 0, Sse2 = 1, Avx2 = 2 };
+
 // A JSON cursor with look-ahead, driven by the reader of each node: no value
 // tree, the caller asks for what it expects next. peekX looks ahead without
 // consuming; nextX is peekX followed by flush() on success. On failure the
@@ -27,11 +32,20 @@ public:
     using IntegerMap = std::unordered_map<std::string, int64_t>;
 
     explicit JsonImporter(std::istream& stream);
+    // Reads `size` bytes at `text` in place, without a copy; they must stay
+    // unchanged while the importer is in use.
+    JsonImporter(const char* text, size_t size);
     JsonImporter(const JsonImporter&) = delete;
     JsonImporter& operator=(const JsonImporter&) = delete;
 
     // Line of the last committed character, starting at 1.
     int32_t getLine() const;
+
+    // The widest scan the processor has; new importers use it.
+    static JsonScan getBestScan();
+    JsonScan getScan() const { return scan_; }
+    // A scan the processor lacks falls back to the best it has.
+    void setScan(JsonScan scan);
 
     // Low layer.
     char next();
@@ -79,6 +93,10 @@ public:
     bool nextBeginArray();
     std::optional<std::string> nextObjectItem();
     bool nextObjectItem(std::string& key);  // same, into the caller's key
+    // Same again, the key given as `length` bytes at `key` without a copy when
+    // it has no escapes. The bytes stay valid until the next call of this
+    // function on the importer (for ever when the text is read in place).
+    bool nextObjectKey(const char*& key, size_t& length);
     bool nextArrayItem();
     bool nextEndObject();
     bool nextEndArray();
@@ -98,6 +116,8 @@ private:
     void skipBlanks();
     void skipBlanksSlow();
     bool scanString(std::string& out);
+    bool scanKey(const char*& key, size_t& length);
+    bool beginObjectItem();
     bool scanInteger(int64_t& out);
     bool scanNumber(double& out);
     bool scanNumberSlow(double& out);
@@ -109,8 +129,9 @@ private:
     template <class T, class Scan>
     bool scanList(std::vector<T>& out, Scan scan);
 
-    std::istream& stream_;
-    std::unique_ptr<char[]> data_;
+    std::istream* stream_ = nullptr;  // null when reading text in place
+    std::unique_ptr<char[]> storage_;  // the buffer of a stream
+    char* data_ = nullptr;             // the buffer, or the text read in place
     size_t capacity_ = 0;
     size_t begin_ = 0;
     size_t pos_ = 0;
@@ -119,8 +140,10 @@ private:
     mutable int32_t line_ = 1;
     bool eof_ = false;
     bool dotDecimal_ = true;  // the C locale writes numbers with '.'
+    JsonScan scan_ = JsonScan::Scalar;
     std::vector<Item> stack_;
     std::string key_;      // scratch for skipped strings and map keys
+    std::string objectKey_;  // keys of nextObjectKey that cannot be shown in place
     std::string digits_;   // scratch for the slow number conversion
     // Lists are gathered here and handed over in one piece, so a fresh
     // vector of the caller's is allocated once at its final size.

@@ -59,6 +59,14 @@ std::string MemoryFileProvider::getString(const std::string& name, int64_t) cons
     return std::string(reinterpret_cast<const char*>(found.data.get()), static_cast<size_t>(found.size));
 }
 
+const uint8_t* MemoryFileProvider::view(const std::string& name, int64_t& size) const {
+    const std::string canonical = canonizeName(name);
+    const Item& found = item(canonical);
+    if (!found.data) SORVANE_THROW("No data for '%s'", canonical.c_str());
+    size = found.size;
+    return found.data.get();
+}
+
 void MemoryFileProvider::store(const std::string& canonical, std::unique_ptr<uint8_t[]> data, int64_t size) {
     if (size == 0) {
         Item& emptied = items_[canonical];
@@ -79,6 +87,23 @@ void MemoryFileProvider::create(const std::string& name, const void* data, int64
     if (size == 0 || items_.count(canonical)) return store(canonical, nullptr, size);
     std::unique_ptr<uint8_t[]> copy(new uint8_t[static_cast<size_t>(size)]);
     std::memcpy(copy.get(), data, static_cast<size_t>(size));
+    store(canonical, std::move(copy), size);
+}
+
+void MemoryFileProvider::createBlocks(const std::string& name, const Block* blocks, size_t count) {
+    const std::string canonical = canonizeName(name);
+    int64_t size = 0;
+    for (size_t i = 0; i < count; ++i)
+        if (blocks[i].size < 0 || (blocks[i].size > 0 && !blocks[i].data) ||
+            __builtin_add_overflow(size, blocks[i].size, &size))
+            SORVANE_THROW("Invalid data for '%s'", canonical.c_str());
+    if (size == 0 || items_.count(canonical)) return store(canonical, nullptr, size);
+    std::unique_ptr<uint8_t[]> copy(new uint8_t[static_cast<size_t>(size)]);
+    uint8_t* at = copy.get();
+    for (size_t i = 0; i < count; ++i) {
+        if (blocks[i].size > 0) std::memcpy(at, blocks[i].data, static_cast<size_t>(blocks[i].size));
+        at += blocks[i].size;
+    }
     store(canonical, std::move(copy), size);
 }
 

@@ -34,8 +34,14 @@ public:
     void getRange(void* out, int64_t size, const std::string& name, int64_t offset) const override;
     std::string getString(const std::string& name, int64_t offset) const override;
     void create(const std::string& name, const void* data, int64_t size) override;
+    void createBlocks(const std::string& name, const Block* blocks, size_t count) override;
     // Reads the file and stores it like create; `overwrite` is ignored.
     void createFromFile(const std::string& name, const std::string& path, bool overwrite) override;
+
+    // The stored bytes of an item in place, for reading without a copy; they
+    // stay valid until the item is emptied or the provider goes. Fails like
+    // getString.
+    const uint8_t* view(const std::string& name, int64_t& size) const;
 
 private:
     const Item& item(const std::string& canonical) const;

@@ -41,6 +41,10 @@ constexpr uint64_t kDeflateSlack = 1024;
 // Other methods have no useful bound (bzip2 reaches millions to one): a
 // larger claim than this is checked by inflating once, into a small buffer.
 constexpr uint64_t kVerifyAbove = 16u << 20;
+// Larger compressed entries are not kept inflated: a part of one is read by
+// inflating up to it.
+constexpr int64_t kCacheLimit = int64_t(256) << 20;
+constexpr int64_t kShortRead = 64 << 10;
 
 // Whether the entry really holds `size` bytes, counted without keeping them.
 bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
@@ -128,6 +132,8 @@ void Zip::close() {
     }
     archive_ = nullptr;
     pending_.clear();  // libzip is done with the lent bytes
+    cached_.reset();
+    cachedName_.clear();
 }
 
 void Zip::setCompression(int32_t method, uint32_t level) {
@@ -240,6 +246,29 @@ void Zip::readEntry(const Entry& entry, void* out, int64_t count, int64_t offset
         return;
     }
 
+    // A part of a compressed entry comes from the kept entry, or makes it
+    // the kept one; a short read near the start (a header) is inflated on
+    // its own rather than the whole entry.
+    const bool kept = cached_ && cachedName_ == entry.zipName;
+    const bool part = offset > 0 || count < entry.size;
+    const bool nearStart = offset + count <= kShortRead;
+    if (!entry.seekable && (kept || (part && !nearStart && entry.size <= kCacheLimit))) {
+        if (!kept) {
+            cached_.reset();
+            cachedName_.clear();
+            std::unique_ptr<uint8_t[]> whole(new uint8_t[static_cast<size_t>(entry.size > 0 ? entry.size : 1)]);
+            Entry all = entry;
+            readEntry(all, whole.get(), entry.size, 0);
+            cached_ = std::move(whole);
+            cachedSize_ = entry.size;
+            cachedName_ = entry.zipName;
+        }
+        if (offset > cachedSize_ || count > cachedSize_ - offset)
+            SORVANE_THROW("Error reading %s from zip %s: %s", name, path_.c_str(), codeText(ZIP_ER_EOF).c_str());
+        if (count > 0) std::memcpy(out, cached_.get() + offset, static_cast<size_t>(count));
+        return;
+    }
+
     zip_file_t* file = zip_fopen(archive_, name, 0);
     if (!file) SORVANE_THROW("Error reading %s from zip %s: %s", name, path_.c_str(), zip_strerror(archive_));
     std::string failure;
@@ -331,6 +360,8 @@ void Zip::addSource(const std::string& canonical, void* sourcePtr, bool overwrit
     }
     // A replaced entry's source is gone now: its kept bytes may go too.
     pending_.erase(canonical);
+    cached_.reset();
+    cachedName_.clear();
     if (zip_set_file_compression(archive_, static_cast<zip_uint64_t>(index), compressionMethod_,
                                  compressionLevel_) != 0) {
         const std::string text = zip_strerror(archive_);
@@ -341,12 +372,24 @@ void Zip::addSource(const std::string& canonical, void* sourcePtr, bool overwrit
 }
 
 void Zip::create(const std::string& name, const void* data, int64_t size) {
+    const Block block{data, size};
+    createBlocks(name, &block, 1);
+}
+
+void Zip::createBlocks(const std::string& name, const Block* blocks, size_t count) {
     guard();
-    if (size < 0 || (size > 0 && !data))
-        SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), codeText(ZIP_ER_INVAL).c_str());
+    int64_t size = 0;
+    for (size_t i = 0; i < count; ++i)
+        if (blocks[i].size < 0 || (blocks[i].size > 0 && !blocks[i].data) ||
+            __builtin_add_overflow(size, blocks[i].size, &size))
+            SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), codeText(ZIP_ER_INVAL).c_str());
     void* block = std::malloc(size > 0 ? static_cast<size_t>(size) : 1);
     if (!block) SORVANE_THROW("Error adding buffer to zip %s: not enough memory", path_.c_str());
-    if (size > 0) std::memcpy(block, data, static_cast<size_t>(size));
+    char* at = static_cast<char*>(block);
+    for (size_t i = 0; i < count; ++i) {
+        if (blocks[i].size > 0) std::memcpy(at, blocks[i].data, static_cast<size_t>(blocks[i].size));
+        at += blocks[i].size;
+    }
     Pending pending;
     pending.block = std::shared_ptr<void>(block, &std::free);
     pending.size = size;

@@ -54,6 +54,7 @@ public:
     std::string getString(const std::string& name, int64_t offset) const override;
     // Adds or replaces the entry, deflated at level 6.
     void create(const std::string& name, const void* data, int64_t size) override;
+    void createBlocks(const std::string& name, const Block* blocks, size_t count) override;
     // The file is read when the archive is closed: it must stay until then.
     void createFromFile(const std::string& name, const std::string& path, bool overwrite) override;
 
@@ -85,6 +86,12 @@ private:
     uint32_t compressionLevel_ = 6;
     int64_t archiveSize_ = 0;  // size of the file when opened, to check entry sizes against
     std::map<std::string, Pending> pending_;
+    // The last compressed entry inflated for a read of a part of it: the
+    // header and the values of a payload, and a payload read again, are then
+    // inflated once. One entry at most, dropped on close and on any change.
+    mutable std::string cachedName_;
+    mutable std::unique_ptr<uint8_t[]> cached_;
+    mutable int64_t cachedSize_ = 0;
 };
 
 } // namespace sorvane::archive

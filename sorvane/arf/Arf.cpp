@@ -53,10 +53,13 @@ Arf Arf::fromPath(const std::filesystem::path& path, bool load, bool readOnly_) 
                         : std::shared_ptr<archive::FileProvider>(archive::Zip::createShared(path));
         break;
     case MEMORY_ONLY: {
-        const std::string text = path.string();
+        // The text goes into the store once, straight from the path.
+        const std::string& text = path.native();
         auto memory = std::make_shared<archive::MemoryFileProvider>();
         if (load && text.size() <= kMemoryPrefixLength) SORVANE_THROW("No initial JSON");
-        if (text.size() > kMemoryPrefixLength) memory->create("arf.json", text.substr(kMemoryPrefixLength));
+        if (text.size() > kMemoryPrefixLength)
+            memory->create("arf.json", text.data() + kMemoryPrefixLength,
+                           static_cast<int64_t>(text.size() - kMemoryPrefixLength));
         provider = memory;
         break;
     }

@@ -16,8 +16,8 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
         std::filesystem::create_directories(path.parent_path());
     Arf target = Arf::create(path);
     // The tree goes across as its JSON text, read into the new document.
-    std::istringstream text(source.toJsonString());
-    archive::JsonImporter importer(text);
+    const std::string text = source.toJsonString();
+    archive::JsonImporter importer(text.data(), text.size());
     target.fromJson(importer);
     // Payloads go across one by one: each is read from the source, wherever
     // it lies (own file, shared file, archive entry, "data:" uri), and stored

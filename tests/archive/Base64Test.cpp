@@ -100,3 +100,115 @@ TEST(Base64, RandomRoundTrip) {
         EXPECT_EQ(decode(encode(raw, e)), raw) << len;
     }
 }
+
+namespace {
+
+// The coding rules one character at a time, as a reference for the block
+// paths: the decoded bytes, or the failure text.
+std::string referenceDecode(const std::string& in, long outSize) {
+    auto code = [](unsigned char c) -> int {
+        if (c >= 'A' && c <= 'Z') return c - 'A';
+        if (c >= 'a' && c <= 'z') return c - 'a' + 26;
+        if (c >= '0' && c <= '9') return c - '0' + 52;
+        if (c == '+' || c == '-') return 62;
+        if (c == '/' || c == '_') return 63;
+        return -1;
+    };
+    auto terminator = [](char c) { return c == '\0' || c == '.' || c == '='; };
+    const long n = static_cast<long>(in.size());
+    std::string out;
+    for (long i = 0; i < n; i += 4) {
+        auto at = [&](long k) { return k < n ? in[static_cast<size_t>(k)] : '\0'; };
+        if (at(i) == '\0') return out;
+        if (i == ((n + 2) & ~3L) || terminator(at(i + 1)) || i == ((n + 1) & ~3L)) return "!Invalid base64 message";
+        const int c0 = code(static_cast<unsigned char>(at(i))), c1 = code(static_cast<unsigned char>(at(i + 1)));
+        if (static_cast<long>(out.size()) >= outSize) return "!Out buffer is too small";
+        if (c0 < 0) return std::string("!Invalid base64-encoded character '") + at(i) + "'";
+        if (c1 < 0) return std::string("!Invalid base64-encoded character '") + at(i + 1) + "'";
+        out += static_cast<char>((c0 << 2) + (c1 >> 4));
+        if (terminator(at(i + 2)) || i == (n & ~3L)) return out;
+        if (static_cast<long>(out.size()) >= outSize) return "!Out buffer is too small";
+        const int c2 = code(static_cast<unsigned char>(at(i + 2)));
+        if (c2 < 0) return std::string("!Invalid base64-encoded character '") + at(i + 2) + "'";
+        out += static_cast<char>((c1 << 4) + (c2 >> 2));
+        if (terminator(at(i + 3))) return out;
+        if (static_cast<long>(out.size()) >= outSize) return "!Out buffer is too small";
+        const int c3 = code(static_cast<unsigned char>(at(i + 3)));
+        if (c3 < 0) return std::string("!Invalid base64-encoded character '") + at(i + 3) + "'";
+        out += static_cast<char>((c2 << 6) + c3);
+    }
+    return out;
+}
+
+std::string decodeInto(const std::string& in, long outSize) {
+    std::string out(static_cast<size_t>(outSize), '\x7f');
+    try {
+        const long n = base64decode(&out[0], outSize, in.data(), static_cast<long>(in.size()));
+        out.resize(static_cast<size_t>(n));
+        return out;
+    } catch (const std::exception& e) {
+        const std::string text = e.what();
+        return "!" + text.substr(text.find("(): ") + 4);
+    }
+}
+
+} // namespace
+
+TEST(Base64, BlocksAndSingleGroupsAgree) {
+    // Lengths around the 24- and 32-byte blocks, both alphabets, every byte
+    // value: encoded as three bytes at a time would, and decoded back.
+    std::mt19937 rng(5);
+    for (size_t length = 0; length < 300; ++length) {
+        std::string bytes(length, '\0');
+        for (auto& b : bytes) b = static_cast<char>(rng());
+        for (Base64Encoding e : {BASE64_ENCODING_STANDARD, BASE64_ENCODING_URL}) {
+            const std::string text = encode(bytes, e);
+            const char* alphabet = e == BASE64_ENCODING_URL
+                                       ? "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"
+                                       : "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+            std::string expected;
+            for (size_t i = 0; i < length; i += 3) {
+                const unsigned b0 = static_cast<unsigned char>(bytes[i]);
+                const unsigned b1 = i + 1 < length ? static_cast<unsigned char>(bytes[i + 1]) : 0;
+                const unsigned b2 = i + 2 < length ? static_cast<unsigned char>(bytes[i + 2]) : 0;
+                expected += alphabet[b0 >> 2];
+                expected += alphabet[((b0 & 3) << 4) | (b1 >> 4)];
+                expected += i + 1 < length ? alphabet[((b1 & 15) << 2) | (b2 >> 6)] : '=';
+                expected += i + 2 < length ? alphabet[b2 & 63] : '=';
+            }
+            ASSERT_EQ(text, expected) << length;
+            ASSERT_EQ(decode(text), bytes) << length;
+            // Too small an output fails at the first group that does not fit.
+            if (length > 30) {
+                const long size = static_cast<long>(expected.size()) - 5;
+                std::string small(static_cast<size_t>(size), '?');
+                EXPECT_EQ(failure([&] {
+                              base64encode(&small[0], size, bytes.data(), static_cast<long>(length), e, '=');
+                          }),
+                          "Out buffer is too small " + std::to_string(size + 1) + " >= " + std::to_string(size));
+            }
+        }
+    }
+}
+
+TEST(Base64, OddCharactersAnywhereFailAsOneGroupAtATime) {
+    // A terminator, a bad character or a NUL at each position of long texts,
+    // into outputs of several sizes: same bytes or same failure as the rule.
+    std::mt19937 rng(9);
+    const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/-_";
+    for (int round = 0; round < 3; ++round) {
+        std::string text(96 + round, 'A');
+        for (auto& c : text) c = alphabet[rng() % alphabet.size()];
+        for (const char odd : {'=', '.', '\0', '*', '\x80', ' '}) {
+            for (size_t at = 0; at < text.size(); ++at) {
+                std::string broken = text;
+                broken[at] = odd;
+                for (long outSize : {72L, 60L, 200L}) {
+                    ASSERT_EQ(decodeInto(broken, outSize), referenceDecode(broken, outSize))
+                        << "round " << round << " at " << at << " odd " << int(odd) << " out " << outSize;
+                }
+            }
+        }
+        for (long outSize : {0L, 23L, 24L, 48L, 71L, 72L}) ASSERT_EQ(decodeInto(text, outSize), referenceDecode(text, outSize));
+    }
+}

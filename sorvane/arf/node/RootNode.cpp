@@ -7,6 +7,7 @@
 
 #include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
+#include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/file.h"
 
@@ -122,8 +123,16 @@ void RootNode::setData(const std::shared_ptr<DataNodes>& node) {
 
 void RootNode::__load() {
     if (!provider) SORVANE_THROW("No file provider");
-    std::istringstream in(provider->getString(mainFileName, 0));
-    archive::JsonImporter importer(in);
+    // The text is read where it lies: a memory item in place, a file once.
+    if (const auto* memory = dynamic_cast<const archive::MemoryFileProvider*>(provider.get())) {
+        int64_t size = 0;
+        const uint8_t* bytes = memory->view(mainFileName, size);
+        archive::JsonImporter importer(reinterpret_cast<const char*>(bytes), static_cast<size_t>(size));
+        fromJson(importer);
+        return;
+    }
+    const std::string text = provider->getString(mainFileName, 0);
+    archive::JsonImporter importer(text.data(), text.size());
     fromJson(importer);
 }
 

@@ -1,6 +1,9 @@
 #include "sorvane/core/detail/ReadFile.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "sorvane/core/RuntimeException.h"
 
@@ -37,6 +40,23 @@ void ReadFile::read(void* out, int64_t count) {
     if (count <= 0) return;
     if (std::fread(out, 1, static_cast<size_t>(count), file_) != static_cast<size_t>(count))
         SORVANE_THROW("Error when reading '%s'", path_);
+}
+
+void ReadFile::readAt(void* out, int64_t count, int64_t offset) {
+    if (count <= 0) return;
+    if (offset < 0 || offset > size_ || count > size_ - offset) SORVANE_THROW("Error when reading '%s'", path_);
+    // One read for the whole range from the page cache; the loop only takes
+    // the rest of a short read.
+    char* target = static_cast<char*>(out);
+    const int fd = fileno(file_);
+    while (count > 0) {
+        const ssize_t got = ::pread(fd, target, static_cast<size_t>(count), static_cast<off_t>(offset));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) SORVANE_THROW("Error when reading '%s'", path_);
+        target += got;
+        offset += got;
+        count -= got;
+    }
 }
 
 } // namespace sorvane::detail

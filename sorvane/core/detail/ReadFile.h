@@ -24,6 +24,9 @@ public:
     // Reads exactly `count` bytes at the current position, else "Error when
     // reading '%s'".
     void read(void* out, int64_t count);
+    // Reads exactly `count` bytes at `offset` straight into `out` (no stream
+    // buffer in between), else "Error when reading '%s'".
+    void readAt(void* out, int64_t count, int64_t offset);
 
 private:
     std::FILE* file_ = nullptr;

@@ -4,10 +4,13 @@
 
 RecordNode::~RecordNode() = default;
 
-const RecordField* RecordNode::findField(const std::string& key) const {
+const RecordField* RecordNode::findField(const std::string& key) const { return findField(key.data(), key.size()); }
+
+const RecordField* RecordNode::findField(const char* key, size_t length) const {
     const RecordFields fields = getRecordFields();
     for (const RecordField* f = fields.begin; f != fields.end; ++f)
-        if (key.size() == f->keyLength && std::memcmp(key.data(), f->key, f->keyLength) == 0) return f;
+        if (length == f->keyLength && (length == 0 || (key[0] == f->key[0] && std::memcmp(key, f->key, length) == 0)))
+            return f;
     return nullptr;
 }
 
@@ -99,17 +102,21 @@ std::string RecordNode::findNodeItemKey(const AbstractNode* item) const {
 void RecordNode::fromJson(archive::JsonImporter& importer) {
     incompleteInit();
     if (!importer.nextBeginObject()) SORVANE_THROW("Expect an object at line %d", importer.getLine());
-    std::string key;
-    while (importer.nextObjectItem(key)) {
-        if (const RecordField* f = findField(key)) {
+    // Keys are matched where they lie in the text; a value read leaves the
+    // key of this record in place.
+    const char* key = nullptr;
+    size_t length = 0;
+    while (importer.nextObjectKey(key, length)) {
+        if (const RecordField* f = findField(key, length)) {
             if (!f->read(*this, importer))
-                SORVANE_THROW("Error parsing %s at line %d", key.c_str(), importer.getLine());
+                SORVANE_THROW("Error parsing %s at line %d", std::string(key, length).c_str(), importer.getLine());
             continue;
         }
-        std::cerr << "Ignore invalid or unsupported property \"" << key << "\" at line " << importer.getLine()
+        const std::string name(key, length);
+        std::cerr << "Ignore invalid or unsupported property \"" << name << "\" at line " << importer.getLine()
                   << "\n";
         if (!importer.skipContent(0, 0))
-            SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", key.c_str(), importer.getLine());
+            SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", name.c_str(), importer.getLine());
     }
     if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
     itemNameChanged();  // a record read again in place may have a new id and name

@@ -72,6 +72,7 @@ protected:
     using AbstractNode::AbstractNode;
 
     const RecordField* findField(const std::string& key) const;
+    const RecordField* findField(const char* key, size_t length) const;
     const RecordField* findChildField(const std::string& key) const;
 
     // Failures and checks shared by the generated members. `key` is the

@@ -226,8 +226,8 @@ void RootNode::__load() {
         break;
     }
     case MULTIPLE_FILES: {
-        std::istringstream in(fileProvider->getString(mainFileName, 0));
-        archive::JsonImporter importer(in);
+        const std::string text = fileProvider->getString(mainFileName, 0);
+        archive::JsonImporter importer(text.data(), text.size());
         fromJson(importer);
         break;
     }
@@ -255,9 +255,7 @@ void RootNode::__decode(std::istream& in) {
     if (!readExactly(in, chunk[0], json))
         SORVANE_THROW("Reading %s: Error read %ld bytes in first chunk", file, static_cast<long>(chunk[0]));
     {
-        SpanBuffer text(json.data(), json.size());
-        std::istream jsonIn(&text);
-        archive::JsonImporter importer(jsonIn);
+        archive::JsonImporter importer(json.data(), json.size());
         fromJson(importer);
     }
     // A file that ends here keeps the old type word, so it fails as a wrong chunk.

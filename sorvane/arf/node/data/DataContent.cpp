@@ -1,5 +1,6 @@
 #include "sorvane/arf/node/data/DataContent.h"
 
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -53,6 +54,71 @@ std::shared_ptr<RootNode> rootOf(const DataNode& node) {
     return root;
 }
 
+// The bytes of an item, read a part at a time where they lie: the raw data
+// cache, the document's store, or a "data:" uri decoded once. The same
+// sources and checks as getData, without a copy of the whole.
+class PayloadBytes {
+public:
+    explicit PayloadBytes(const DataNode& node) : node_(node), root_(rootOf(node)) {
+        const std::string& uri = node.getUri();
+        if (root_->getKeepRawData()) {
+            const auto& cache = root_->getRawDataCache();
+            const auto found = cache.find(uri);
+            if (found != cache.end()) {
+                bytes_ = found->second.data();
+                size_ = static_cast<int64_t>(found->second.size());
+                return;
+            }
+        }
+        if (!isDataUri(uri)) {
+            checkRelativeUri(node, uri);
+            provider_ = root_->getFileProvider().get();
+            if (!provider_) SORVANE_THROW("Getting data from %s:\nNo file provider", node.getNodePath().c_str());
+            offset_ = node.hasOffset() ? node.getOffset() : 0;
+            size_ = storedLength(node, *provider_, uri, offset_);
+            return;
+        }
+        decoded_.resize(static_cast<size_t>(DataContent::getData(node, nullptr, 0)));
+        if (!decoded_.empty())
+            decoded_.resize(static_cast<size_t>(
+                DataContent::getData(node, decoded_.data(), static_cast<int64_t>(decoded_.size()))));
+        bytes_ = decoded_.data();
+        size_ = static_cast<int64_t>(decoded_.size());
+    }
+
+    int64_t size() const { return size_; }
+
+    // `count` bytes at `at` from the start of the payload; the caller keeps
+    // the range inside size().
+    void read(void* out, int64_t count, int64_t at) const {
+        if (count <= 0) return;
+        if (bytes_) std::memcpy(out, bytes_ + at, static_cast<size_t>(count));
+        else provider_->getRange(out, count, node_.getUri(), offset_ + at);
+    }
+
+    // The first bytes, enough for any payload header.
+    BitBuffer head() const {
+        BitBuffer buffer;
+        uint8_t bytes[kHeadSize];
+        const int64_t count = size_ < kHeadSize ? size_ : kHeadSize;
+        read(bytes, count, 0);
+        buffer.feed(bytes, static_cast<long>(count));
+        return buffer;
+    }
+
+private:
+    // dimCount, 5 dims, count, itype, dtype.
+    static constexpr int64_t kHeadSize = 4 + 4 * kMaxPayloadDims + 8 + 4 + 4;
+
+    const DataNode& node_;
+    std::shared_ptr<RootNode> root_;
+    const archive::FileProvider* provider_ = nullptr;
+    int64_t offset_ = 0;
+    const uint8_t* bytes_ = nullptr;
+    int64_t size_ = 0;
+    std::vector<uint8_t> decoded_;
+};
+
 // Keeps the K largest non-zero values of one row, sorted by descending value;
 // of equal values the one seen first stays first.
 template <class T>
@@ -84,48 +150,71 @@ void normalizeRows(T* values, long rows, long k) {
     }
 }
 
-// One pass over the pairs (row, column, value) of a dense or sparse payload.
+// Payload bytes are visited a slice at a time, never all at once.
+constexpr int64_t kSliceBytes = int64_t(1) << 20;
+
+// One pass over the pairs (row, column, value) of a dense or sparse payload
+// whose values start at `start` in the payload.
 template <class T, class Visit>
-void visitNonZero(bool dense, const uint8_t* block, long rows, long cols, long count, DataIType itype,
-                  Visit&& visit) {
+void visitNonZero(bool dense, const PayloadBytes& payload, int64_t start, long rows, long cols, long count,
+                  DataIType itype, Visit&& visit) {
+    std::vector<uint8_t> slice;
     if (dense) {
-        for (long r = 0; r < rows; ++r)
-            for (long c = 0; c < cols; ++c) {
-                T v;
-                std::memcpy(&v, block + (r * cols + c) * static_cast<long>(sizeof(T)), sizeof v);
-                if (v != T(0)) visit(r, c, v);
-            }
+        const long rowBytes = cols * static_cast<long>(sizeof(T));
+        if (rows == 0 || rowBytes == 0) return;
+        const long rowsPerSlice = std::max<long>(1, static_cast<long>(kSliceBytes / rowBytes));
+        for (long r0 = 0; r0 < rows; r0 += rowsPerSlice) {
+            const long n = std::min(rowsPerSlice, rows - r0);
+            slice.resize(static_cast<size_t>(n * rowBytes));
+            payload.read(slice.data(), n * rowBytes, start + r0 * rowBytes);
+            for (long r = 0; r < n; ++r)
+                for (long c = 0; c < cols; ++c) {
+                    T v;
+                    std::memcpy(&v, slice.data() + (r * cols + c) * static_cast<long>(sizeof(T)), sizeof v);
+                    if (v != T(0)) visit(r0 + r, c, v);
+                }
+        }
         return;
     }
     const long indexSize = getDataITypeSize(itype);
-    const uint8_t* values = block + count * indexSize;
-    for (long i = 0; i < count; ++i) {
-        long index = 0;
-        const uint8_t* p = block + i * indexSize;
-        switch (itype) {
-        case DATA_ITYPE_BYTE: index = static_cast<int8_t>(*p); break;
-        case DATA_ITYPE_UNSIGNED_BYTE: index = *p; break;
-        case DATA_ITYPE_SHORT: { int16_t x; std::memcpy(&x, p, 2); index = x; break; }
-        case DATA_ITYPE_UNSIGNED_SHORT: { uint16_t x; std::memcpy(&x, p, 2); index = x; break; }
-        default: { uint32_t x; std::memcpy(&x, p, 4); index = static_cast<long>(x); break; }
+    const long pairBytes = indexSize + static_cast<long>(sizeof(T));
+    const long pairsPerSlice = static_cast<long>(kSliceBytes / pairBytes);
+    for (long i0 = 0; i0 < count; i0 += pairsPerSlice) {
+        const long n = std::min(pairsPerSlice, count - i0);
+        slice.resize(static_cast<size_t>(n * pairBytes));
+        uint8_t* indices = slice.data();
+        uint8_t* values = slice.data() + n * indexSize;
+        payload.read(indices, n * indexSize, start + i0 * indexSize);
+        payload.read(values, n * static_cast<long>(sizeof(T)), start + count * indexSize + i0 * static_cast<long>(sizeof(T)));
+        for (long i = 0; i < n; ++i) {
+            long index = 0;
+            const uint8_t* p = indices + i * indexSize;
+            switch (itype) {
+            case DATA_ITYPE_BYTE: index = static_cast<int8_t>(*p); break;
+            case DATA_ITYPE_UNSIGNED_BYTE: index = *p; break;
+            case DATA_ITYPE_SHORT: { int16_t x; std::memcpy(&x, p, 2); index = x; break; }
+            case DATA_ITYPE_UNSIGNED_SHORT: { uint16_t x; std::memcpy(&x, p, 2); index = x; break; }
+            default: { uint32_t x; std::memcpy(&x, p, 4); index = static_cast<long>(x); break; }
+            }
+            if (index < 0 || cols == 0 || index / cols >= rows) SORVANE_THROW("Invalid index %ld", index);
+            T v;
+            std::memcpy(&v, values + i * static_cast<long>(sizeof(T)), sizeof v);
+            if (v != T(0)) visit(index / cols, index % cols, v);
         }
-        if (index < 0 || cols == 0 || index / cols >= rows) SORVANE_THROW("Invalid index %ld", index);
-        T v;
-        std::memcpy(&v, values + i * static_cast<long>(sizeof(T)), sizeof v);
-        if (v != T(0)) visit(index / cols, index % cols, v);
     }
 }
 
 template <class T>
-void colSparse(bool dense, const uint8_t* block, long rows, long cols, long count, DataIType itype, long* indices,
-               long indicesSize, void* valuesOut, long valuesSize, long* pColSize, bool normalize) {
+void colSparse(bool dense, const PayloadBytes& payload, int64_t start, long rows, long cols, long count,
+               DataIType itype, long* indices, long indicesSize, void* valuesOut, long valuesSize, long* pColSize,
+               bool normalize) {
     if (!indices || !valuesOut) {
         // Measuring: the largest count of non-zero values in one row. A dense
         // matrix is visited row by row; sparse pairs may come in any order.
         long best = 0;
         if (dense) {
             long row = -1, n = 0;
-            visitNonZero<T>(dense, block, rows, cols, count, itype, [&](long r, long, T) {
+            visitNonZero<T>(dense, payload, start, rows, cols, count, itype, [&](long r, long, T) {
                 if (r != row) {
                     row = r;
                     n = 0;
@@ -134,7 +223,7 @@ void colSparse(bool dense, const uint8_t* block, long rows, long cols, long coun
             });
         } else {
             std::unordered_map<long, long> perRow;
-            visitNonZero<T>(dense, block, rows, cols, count, itype, [&](long r, long, T) {
+            visitNonZero<T>(dense, payload, start, rows, cols, count, itype, [&](long r, long, T) {
                 const long n = ++perRow[r];
                 if (n > best) best = n;
             });
@@ -151,7 +240,7 @@ void colSparse(bool dense, const uint8_t* block, long rows, long cols, long coun
     std::memset(indices, 0, static_cast<size_t>(cells) * 8);
     std::memset(values, 0, static_cast<size_t>(cells) * sizeof(T));
     if (k == 0) return;
-    visitNonZero<T>(dense, block, rows, cols, count, itype,
+    visitNonZero<T>(dense, payload, start, rows, cols, count, itype,
                     [&](long r, long c, T v) { keepLargest(values + r * k, indices + r * k, k, v, c); });
     if (normalize) normalizeRows(values, rows, k);
 }
@@ -229,36 +318,19 @@ int64_t DataContent::getTensorData(const DataNode& node, std::vector<long>& size
                       node.getNodePath().c_str(), type.c_str());
     try {
         if (dense) {
-            // A dense payload in a file goes straight from the store into out:
-            // only its header is read on its own.
-            const std::string& uri = node.getUri();
-            auto root = rootOf(node);
-            const bool cached = root->getKeepRawData() && root->getRawDataCache().count(uri) != 0;
-            if (!isDataUri(uri) && !cached && root->getFileProvider()) {
-                checkRelativeUri(node, uri);
-                const auto& provider = root->getFileProvider();
-                const int64_t offset = node.hasOffset() ? node.getOffset() : 0;
-                const int64_t length = storedLength(node, *provider, uri, offset);
-                uint8_t head[8 + 4 * kMaxPayloadDims];
-                const int64_t headSize = length < static_cast<int64_t>(sizeof head) ? length : sizeof head;
-                if (headSize > 0) provider->getRange(head, headSize, uri, offset);
-                BitBuffer buffer;
-                buffer.feed(head, static_cast<long>(headSize));
-                const long bytes = dense_decodeHeader(sizes, dtype, buffer);
-                if (!out) return bytes;
-                if (size < bytes) SORVANE_THROW("Output buffer is too small");
-                const int64_t headerLength = buffer.getReadPos() / 8;
-                if (bytes > length - headerLength) SORVANE_THROW("Error reading values");
-                provider->getRange(out, bytes, uri, offset + headerLength);
-                return bytes;
-            }
-        }
-        BitBuffer buffer = getBitBuffer(node);
-        if (dense) {
+            // Only the header is read on its own; the values go straight from
+            // where they lie into out.
+            const PayloadBytes payload(node);
+            BitBuffer buffer = payload.head();
             const long bytes = dense_decodeHeader(sizes, dtype, buffer);
             if (!out) return bytes;
-            return dense_decodeContent(out, static_cast<long>(size), sizes, dtype, buffer);
+            if (size < bytes) SORVANE_THROW("Output buffer is too small");
+            const int64_t headerLength = buffer.getReadPos() / 8;
+            if (bytes > payload.size() - headerLength) SORVANE_THROW("Error reading values");
+            payload.read(out, bytes, headerLength);
+            return bytes;
         }
+        BitBuffer buffer = getBitBuffer(node);
         long count = 0;
         DataIType itype = DATA_ITYPE_NONE;
         const long bytes = DataNode__decodeSparseHeader(sizes, count, dtype, itype, buffer);
@@ -306,6 +378,20 @@ DataTree DataContent::getTensor(const DataNode& node) {
         SORVANE_THROW("Getting dense tensor from %s:\nInvalid or unsupported mime type %s",
                       node.getNodePath().c_str(), type.c_str());
     try {
+        if (type == kDenseMimeType) {
+            // The values go from where they lie straight into the tensor.
+            const PayloadBytes payload(node);
+            BitBuffer buffer = payload.head();
+            std::vector<long> sizes;
+            DataDType dtype = DATA_DTYPE_NONE;
+            const long bytes = dense_decodeHeader(sizes, dtype, buffer);
+            const int64_t headerLength = buffer.getReadPos() / 8;
+            if (bytes > payload.size() - headerLength) SORVANE_THROW("Error reading values");
+            DataTree tensor = DataTree::createTensor(sizes.empty() ? std::vector<long>{1} : sizes,
+                                                     dataDType2ScalarType(dtype));
+            payload.read(tensor.getBuffer(), bytes, headerLength);
+            return tensor;
+        }
         BitBuffer buffer = getBitBuffer(node);
         return decodeTensor(type, buffer);
     } catch (const std::exception& e) {
@@ -322,7 +408,8 @@ void DataContent::getColSparseTensorData(const DataNode& node, std::vector<long>
         SORVANE_THROW("Getting tensor from %s:\nUnsupported type '%s'", node.getNodePath().c_str(), type.c_str());
     try {
         if (!pColSize) SORVANE_THROW("pColSize is NULL");
-        BitBuffer buffer = getBitBuffer(node);
+        const PayloadBytes payload(node);
+        BitBuffer buffer = payload.head();
         long count = 0;
         DataIType itype = DATA_ITYPE_NONE;
         long blockSize = 0;
@@ -330,37 +417,38 @@ void DataContent::getColSparseTensorData(const DataNode& node, std::vector<long>
             blockSize = dense_decodeHeader(sizes, dtype, buffer);
         } else {
             DataNode__decodeSparseHeader(sizes, count, dtype, itype, buffer);
-            if (count > (buffer.bitsLeft() / 8) / (getDataITypeSize(itype) + getDataDTypeSize(dtype)))
-                SORVANE_THROW("Error reading values");
+            const int64_t left = payload.size() - buffer.getReadPos() / 8;
+            if (count > left / (getDataITypeSize(itype) + getDataDTypeSize(dtype))) SORVANE_THROW("Error reading values");
             blockSize = count * (getDataITypeSize(itype) + getDataDTypeSize(dtype));
         }
         if (sizes.size() != 2) SORVANE_THROW("Only works for matrices");
-        const uint8_t* block = buffer.readBlock(blockSize);
-        if (!block) SORVANE_THROW(dense ? "Content buffer is too small" : "Error reading values");
+        const int64_t start = buffer.getReadPos() / 8;
+        if (blockSize > payload.size() - start)
+            SORVANE_THROW(dense ? "Content buffer is too small" : "Error reading values");
         const long rows = sizes[0], cols = sizes[1];
         switch (dtype) {
         case DATA_DTYPE_BYTE:
-            colSparse<int8_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+            colSparse<int8_t>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
                               pColSize, normalize);
             break;
         case DATA_DTYPE_UNSIGNED_BYTE:
-            colSparse<uint8_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
-                               pColSize, normalize);
+            colSparse<uint8_t>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values,
+                               valuesSize, pColSize, normalize);
             break;
         case DATA_DTYPE_SHORT:
-            colSparse<int16_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
-                               pColSize, normalize);
+            colSparse<int16_t>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values,
+                               valuesSize, pColSize, normalize);
             break;
         case DATA_DTYPE_UNSIGNED_SHORT:
-            colSparse<uint16_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
-                                pColSize, normalize);
+            colSparse<uint16_t>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values,
+                                valuesSize, pColSize, normalize);
             break;
         case DATA_DTYPE_UNSIGNED_INT:
-            colSparse<uint32_t>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
-                                pColSize, normalize);
+            colSparse<uint32_t>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values,
+                                valuesSize, pColSize, normalize);
             break;
         default:
-            colSparse<float>(dense, block, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
+            colSparse<float>(dense, payload, start, rows, cols, count, itype, indices, indicesSize, values, valuesSize,
                              pColSize, normalize);
             break;
         }

@@ -50,6 +50,13 @@ std::shared_ptr<DataNode> DataNodes::add(const char* type, const char* uri, cons
 
 int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, const char* type, const char* uri,
                               const std::string& extension, const char* name, std::optional<int64_t> id) {
+    const archive::FileProvider::Block block{content, size};
+    return addContent(&block, 1, embedded, type, uri, extension, name, id);
+}
+
+int64_t DataNodes::addContent(const archive::FileProvider::Block* blocks, size_t count, bool embedded,
+                              const char* type, const char* uri, const std::string& extension, const char* name,
+                              std::optional<int64_t> id) {
     const std::string path = getNodePath();
     if (id) {
         if (findNodeItemIndexById(*id) >= 0)
@@ -58,17 +65,35 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
         id = getNodeItemFreeId();
         if (!id) SORVANE_THROW("Adding item to %s: Unable to generate a new id", path.c_str());
     }
-    if (size < 0 || (size > 0 && !content)) SORVANE_THROW("Adding item to %s:\nNo content", path.c_str());
+    int64_t size = 0;
+    for (size_t i = 0; i < count; ++i)
+        if (blocks[i].size < 0 || (blocks[i].size > 0 && !blocks[i].data) ||
+            __builtin_add_overflow(size, blocks[i].size, &size))
+            SORVANE_THROW("Adding item to %s:\nNo content", path.c_str());
     if (!type) SORVANE_THROW("Adding item to %s:\nNo type", path.c_str());
     auto root = getNodeRoot().lock();
     if (!root) SORVANE_THROW("Adding item to %s:\nNo document", path.c_str());
+    // The pieces put together, for the few places that need one block.
+    auto whole = [&] {
+        std::vector<uint8_t> bytes;
+        bytes.reserve(static_cast<size_t>(size));
+        for (size_t i = 0; i < count; ++i) {
+            const auto* piece = static_cast<const uint8_t*>(blocks[i].data);
+            if (blocks[i].size > 0) bytes.insert(bytes.end(), piece, piece + blocks[i].size);
+        }
+        return bytes;
+    };
 
     std::string itemUri;
     int64_t offset = 0;
     if (root->getSharedRawData()) {
-        offset = root->appendSharedRawData(content, size, embedded && root->getStorageMode() == MULTIPLE_FILES);
+        const bool refused = embedded && root->getStorageMode() == MULTIPLE_FILES;
+        offset = root->appendSharedRawData(count > 0 ? blocks[0].data : nullptr, count > 0 ? blocks[0].size : 0, refused);
+        for (size_t i = 1; i < count; ++i) root->appendSharedRawData(blocks[i].data, blocks[i].size, false);
         itemUri = root->getSharedRawData()->fileName;
     } else if (embedded) {
+        const std::vector<uint8_t> bytes = count == 1 ? std::vector<uint8_t>() : whole();
+        const void* content = count == 1 ? blocks[0].data : bytes.data();
         const long textSize = base64encode(nullptr, 0, content, static_cast<long>(size), BASE64_ENCODING_STANDARD, '=');
         itemUri = std::string("data:") + type + ";base64,";
         const size_t prefix = itemUri.size();
@@ -82,11 +107,8 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
         if (uri && archive::climbsOutOfFolder(uri))
             SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
         itemUri = root->findFreeFileName(uri, name, *id, extension);
-        root->getFileProvider()->create(itemUri, content, size);
-        if (root->getKeepRawData() && mode != MEMORY_ONLY) {
-            const auto* bytes = static_cast<const uint8_t*>(content);
-            root->getRawDataCache()[itemUri].assign(bytes, bytes + size);
-        }
+        root->getFileProvider()->createBlocks(itemUri, blocks, count);
+        if (root->getKeepRawData() && mode != MEMORY_ONLY) root->getRawDataCache()[itemUri] = whole();
     }
     auto item = std::make_shared<DataNode>(shared_from_this());
     item->init(type, itemUri.c_str(), name, id);
@@ -98,23 +120,19 @@ int64_t DataNodes::addContent(const void* content, int64_t size, bool embedded, 
 
 int64_t DataNodes::addDense(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes,
                             bool embedded, const char* uri, const char* name, std::optional<int64_t> id) {
-    // The payload is laid down once in a block that is not cleared first:
-    // the header, then the values in one copy.
-    std::unique_ptr<uint8_t[]> block;
-    long total = 0;
+    // The header and the caller's values go to the store as two pieces: the
+    // values are copied once, into their place.
+    BitBuffer header;
+    long bytes = 0;
     try {
         if (!buffer) SORVANE_THROW("buffer if NULL");
-        BitBuffer header;
-        const long bytes = dense_encodeHeader(header, dtype, sizes);
+        bytes = dense_encodeHeader(header, dtype, sizes);
         if (bytes > size) SORVANE_THROW("buffer is too small");
-        total = header.storedSize() + bytes;
-        block.reset(new uint8_t[static_cast<size_t>(total)]);
-        std::memcpy(block.get(), header.data(), static_cast<size_t>(header.storedSize()));
-        if (bytes > 0) std::memcpy(block.get() + header.storedSize(), buffer, static_cast<size_t>(bytes));
     } catch (const std::exception& e) {
         SORVANE_THROW("Adding item to %s:\n%s", getNodePath().c_str(), e.what());
     }
-    return addContent(block.get(), total, embedded, kDenseMimeType, uri, ".bin", name, id);
+    const archive::FileProvider::Block blocks[] = {{header.data(), header.storedSize()}, {buffer, bytes}};
+    return addContent(blocks, 2, embedded, kDenseMimeType, uri, ".bin", name, id);
 }
 
 int64_t DataNodes::addDenseTensor(const DataTree& tensor, bool embedded, const char* uri, const char* name,

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "sorvane/archive/FileProvider.h"
 #include "sorvane/arf/node/ItemList.h"
 #include "sorvane/arf/node/data/DataDType.h"
 #include "sorvane/arf/node/data/DataNode.h"
@@ -43,6 +44,10 @@ public:
     // "data:" uri, or as a file of the provider; then appends the item.
     int64_t addContent(const void* content, int64_t size, bool embedded, const char* type, const char* uri,
                        const std::string& extension, const char* name, std::optional<int64_t> id);
+    // The same for bytes given in pieces (a header and its values), which go
+    // to the store without being put together first.
+    int64_t addContent(const archive::FileProvider::Block* blocks, size_t count, bool embedded, const char* type,
+                       const char* uri, const std::string& extension, const char* name, std::optional<int64_t> id);
     int64_t addDense(const void* buffer, int64_t size, DataDType dtype, const std::vector<long>& sizes, bool embedded,
                      const char* uri, const char* name, std::optional<int64_t> id);
     int64_t addDenseTensor(const DataTree& tensor, bool embedded, const char* uri, const char* name,
