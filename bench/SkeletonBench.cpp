@@ -26,6 +26,8 @@ namespace {
 #else
 #define NO_VECTORIZE __attribute__((optimize("no-tree-vectorize")))
 #define NO_VECTORIZE_LOOP
+// The optimize attribute makes GCC see index overflows no caller can reach.
+#pragma GCC diagnostic ignored "-Waggressive-loop-optimizations"
 #endif
 
 NO_VECTORIZE void clampScalar(float* data, long count, float min, float max) {
