@@ -57,6 +57,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             walkComponents(components);
         } catch (const sorvane::RuntimeException&) {
         }
+        for (const auto& urn : AnimationFramework::getBuiltinUrns())
+            for (const char* kind : {"ANIMATION_FACE", "ANIMATION_BODY", "ANIMATION_HAND", "ANIMATION_LANDMARK",
+                                     "ANIMATION_TEXTURE"}) {
+                try {
+                    if (auto f = AnimationFramework::tryCreate(arf, kind, urn, 0)) f->createData();
+                } catch (const sorvane::RuntimeException&) {
+                }
+            }
+        // Every element of every set, as locations.
+        for (int type = 2; type <= 5; ++type)
+            for (long id = -1; id < 4; ++id)
+                for (long index = -1; index < 8; ++index)
+                    AnimationLocation(static_cast<AnimationLocationType>(type), id, index).existsIn(arf);
     } catch (const sorvane::RuntimeException&) {
     }
     std::cerr.rdbuf(old);

@@ -1,6 +1,7 @@
 // Flat functions of AnimationFramework and AnimationData.
 #include <cstring>
 
+#include "sorvane/arf/Arf.h"
 #include "sorvane/arf/animation/AnimationFramework.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/flat/AnimationFrame.h"
@@ -28,6 +29,16 @@ SORVANE_API int32_t sorvane_arf_AnimationFramework_new(sorvane_arf_AnimationFram
 SORVANE_API int32_t sorvane_arf_AnimationFramework_create(sorvane_arf_AnimationFramework** out, const char* urn,
                                                           int64_t id) {
     return flat::create(out, [&] { return new AnimationFrameworkRef(AnimationFramework::create(flat::str(urn), id)); });
+}
+
+SORVANE_API int32_t sorvane_arf_AnimationFramework_tryCreate(sorvane_arf_AnimationFramework** out,
+                                                             const sorvane_arf_Arf* arf, const char* type,
+                                                             const char* urn, int64_t id) {
+    return flat::create(out, [&]() -> AnimationFrameworkRef* {
+        if (!arf) SORVANE_THROW("arf is NULL");
+        auto framework = AnimationFramework::tryCreate(*arf, flat::str(type), flat::str(urn), id);
+        return framework ? new AnimationFrameworkRef(framework) : nullptr;
+    });
 }
 
 SORVANE_API int32_t sorvane_arf_AnimationFramework_knows(bool* out, const char* urn) {

@@ -55,6 +55,9 @@ extern "C" {
 SORVANE_API int32_t sorvane_arf_AnimationFramework_new(sorvane_arf_AnimationFramework** out, const char* name, const char* type);
 /* One of the built-in frameworks by URN, its inputs at (1, id, row). */
 SORVANE_API int32_t sorvane_arf_AnimationFramework_create(sorvane_arf_AnimationFramework** out, const char* urn, int64_t id);
+/* The framework of the first component driven directly by (type, urn); no
+ * match is status 0 with *out NULL. */
+SORVANE_API int32_t sorvane_arf_AnimationFramework_tryCreate(sorvane_arf_AnimationFramework** out, const sorvane_arf_Arf* arf, const char* type, const char* urn, int64_t id);
 SORVANE_API int32_t sorvane_arf_AnimationFramework_knows(bool* out, const char* urn);
 SORVANE_API int32_t sorvane_arf_AnimationFramework_delete(sorvane_arf_AnimationFramework* self);
 SORVANE_API int32_t sorvane_arf_AnimationFramework_getName(char* out, int64_t* outSize, const sorvane_arf_AnimationFramework* self);

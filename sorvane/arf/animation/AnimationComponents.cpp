@@ -6,6 +6,8 @@
 #include <unordered_set>
 
 #include "sorvane/arf/Arf.h"
+#include "sorvane/arf/node/components/BlendshapeSetNodes.h"
+#include "sorvane/arf/node/components/TextureSetNodes.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::arf {
@@ -179,6 +181,16 @@ void AnimationComponents::init(const Arf& arf) {
     const auto components = root->getComponents();
     if (!components) return;
 
+    if (components->hasBlendshapeSets() && components->getBlendshapeSets()) {
+        for (const auto& setNode : components->getBlendshapeSets()->getItems()) {
+            if (!setNode) continue;
+            auto set = std::make_shared<AnimationBlendshapeSet>();
+            if (const auto& shapes = setNode->getShapes())
+                for (const auto& shape : shapes->getItems())
+                    if (shape) set->put(shape->getId(), 0.0f);
+            blendshapeSets[setNode->getId()] = std::move(set);
+        }
+    }
     if (components->hasSkeletons() && components->getSkeletons()) {
         const auto& nodes = components->getNodes();
         for (const auto& skeletonNode : components->getSkeletons()->getItems()) {
@@ -198,6 +210,16 @@ void AnimationComponents::init(const Arf& arf) {
                 }
             }
             skeletons[skeletonNode->getId()] = std::move(skeleton);
+        }
+    }
+    if (components->hasTextureSets() && components->getTextureSets()) {
+        for (const auto& setNode : components->getTextureSets()->getItems()) {
+            if (!setNode) continue;
+            auto set = std::make_shared<AnimationTextureSet>();
+            if (setNode->hasTargets() && setNode->getTargets())
+                for (const auto& target : setNode->getTargets()->getItems())
+                    if (target) set->put(target->getId(), 0.0f);
+            textureSets[setNode->getId()] = std::move(set);
         }
     }
 }

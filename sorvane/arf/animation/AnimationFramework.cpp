@@ -4,7 +4,14 @@
 #include <cstring>
 #include <ostream>
 
+#include "sorvane/arf/Arf.h"
 #include "sorvane/arf/animation/BuiltinFrameworks.h"
+#include "sorvane/arf/node/AnimationLinkNodes.h"
+#include "sorvane/arf/node/components/BlendshapeSetNodes.h"
+#include "sorvane/arf/node/components/SkeletonNodes.h"
+#include "sorvane/arf/node/components/TextureSetNodes.h"
+#include "sorvane/arf/property/AnimationLinkList.h"
+#include "sorvane/arf/property/preamble/SupportedAnimationsLookup.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::arf {
@@ -61,6 +68,89 @@ bool AnimationFramework::knows(const std::string& urn) {
     for (long f = 0; f < count; ++f)
         if (urn == table[f].urn) return table[f].known;
     return false;
+}
+
+std::pair<std::string, long> AnimationFramework::guessFramework(const AnimationLinkNodes& links) {
+    std::string type;
+    long target = -1;
+    for (const auto& link : links.getItems()) {
+        if (!link || (target >= 0 && link->hasMappings())) continue;
+        type = link->getType();
+        target = link->getTarget();
+    }
+    return {type, target};
+}
+
+std::pair<std::string, long> AnimationFramework::guessFramework(const AnimationLinkList& links) {
+    std::string type;
+    long target = -1;
+    for (int64_t i = 0; i < links.size(); ++i) {
+        const auto link = links.getByIndex(i);
+        if (target >= 0 && link.mappings.isPropertyPresent()) continue;
+        type = link.type.get();
+        target = link.target.get();
+    }
+    return {type, target};
+}
+
+namespace {
+
+// A framework of one component's elements when the component is driven
+// directly by (type, urn), else an empty handle.
+template <class Component, class Elements, class IdOf>
+AnimationFrameworkRef fromComponent(const Component& component, const SupportedAnimationsNode* supported,
+                                    const std::string& type, const std::string& urn, long id,
+                                    const std::shared_ptr<Elements>& elements, bool weights, IdOf&& idOf) {
+    if (!component.hasAnimationInfo() || !component.getAnimationInfo()) return {};
+    const auto guess = AnimationFramework::guessFramework(*component.getAnimationInfo());
+    if (guess.first.empty() || guess.first != type) return {};
+    const long found = supported ? SupportedAnimationsLookup::findFrameworkId(*supported, guess.first, urn) : -1;
+    if (found < 0 || found != guess.second) return {};
+    auto framework = std::make_shared<AnimationFramework>(urn, guess.first);
+    if (elements) {
+        const auto& items = elements->getItems();
+        for (size_t i = 0; i < items.size(); ++i) {
+            if (!items[i]) continue;
+            const AnimationLocation location(ANIMATION_LOCATION_STREAM, id, idOf(*items[i], static_cast<long>(i)));
+            const std::string name = items[i]->getItemName();
+            if (weights)
+                framework->addInput(location, std::make_shared<AnimationWeightInput>(name, 0.0f, 1.0f));
+            else
+                framework->addInput(location, std::make_shared<AnimationTransformInput>(name));
+        }
+    }
+    return AnimationFrameworkRef(framework);
+}
+
+} // namespace
+
+AnimationFrameworkRef AnimationFramework::tryCreate(const Arf& arf, const std::string& type, const std::string& urn,
+                                                    long id) {
+    const auto& root = arf.getRoot();
+    const auto components = root ? root->getComponents() : nullptr;
+    if (!components) return {};
+    const SupportedAnimationsNode* supported =
+        root->getPreamble() && root->getPreamble()->getSupportedAnimations()
+            ? root->getPreamble()->getSupportedAnimations().get()
+            : nullptr;
+    const auto byId = [](const auto& element, long) { return static_cast<long>(element.getId()); };
+    if (components->hasBlendshapeSets() && components->getBlendshapeSets())
+        for (const auto& set : components->getBlendshapeSets()->getItems())
+            if (set)
+                if (auto f = fromComponent(*set, supported, type, urn, id, set->getShapes(), true, byId)) return f;
+    if (components->hasSkeletons() && components->getSkeletons())
+        for (const auto& skeleton : components->getSkeletons()->getItems())
+            if (skeleton)
+                if (auto f = fromComponent(*skeleton, supported, type, urn, id, skeleton->getJoints(), false,
+                                           [](const auto& joint, long position) {
+                                               return joint.hasId() ? static_cast<long>(joint.getId()) : position;
+                                           }))
+                    return f;
+    if (components->hasTextureSets() && components->getTextureSets())
+        for (const auto& set : components->getTextureSets()->getItems())
+            if (set && set->hasTargets())
+                if (auto f = fromComponent(*set, supported, type, urn, id, set->getTargets(), true, byId)) return f;
+    return {};
 }
 
 std::vector<std::string> AnimationFramework::getBuiltinUrns() {

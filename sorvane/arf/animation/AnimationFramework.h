@@ -15,6 +15,9 @@
 namespace sorvane::arf {
 
 class AnimationFramework;
+class Arf;
+class AnimationLinkList;
+class AnimationLinkNodes;
 
 // The handle by which everything holds a framework. An empty handle throws
 // "framework is NULL" when used.
@@ -46,6 +49,14 @@ public:
     // The built-in framework of that URN, inputs at (Stream, id, row).
     static AnimationFrameworkRef create(const std::string& urn, long id);
     static bool knows(const std::string& urn);
+    // A framework of the elements of the first blendshape set, skeleton or
+    // texture set driven directly by (type, urn), inputs at (Stream, id,
+    // element id); an empty handle when none is.
+    static AnimationFrameworkRef tryCreate(const Arf& arf, const std::string& type, const std::string& urn, long id);
+    // The (type, target) that links without mappings name: the last such
+    // link, or the first link when all have mappings; ("", -1) for none.
+    static std::pair<std::string, long> guessFramework(const AnimationLinkList& links);
+    static std::pair<std::string, long> guessFramework(const AnimationLinkNodes& links);
     // The URNs create accepts, in the order it compares them.
     static std::vector<std::string> getBuiltinUrns();
 

@@ -109,3 +109,30 @@ TEST(AnimationComponents, ValuesByLocation) {
     EXPECT_EQ(9.0f, c.getJointTransform(4, 7)[3]);
     EXPECT_EQ("Invalid skeleton id 5", failure([&] { c.getValue({ANIMATION_LOCATION_SKELETON, 5, 0}); }));
 }
+
+TEST(AnimationComponents, BlendshapeSetsInAscendingIdOrder) {
+    const Arf arf = Arf::load(R"(memory:{"components": {"meshes": [], "blendshapeSets": [{"shapes": [
+        {"shape": 1, "name": "a", "id": 5}, {"shape": 1, "name": "b", "id": 2}, {"shape": 1, "name": "c", "id": 9}],
+        "baseMesh": 1, "name": "face", "id": 3}]}})");
+    AnimationComponents c(arf);
+    EXPECT_EQ((std::vector<long>{2, 5, 9}), c.getBlendshapeIds(3));
+    c.setBlendshapeWeight(3, 2, 0.1f);
+    c.setBlendshapeWeight(3, 5, 0.2f);
+    c.setBlendshapeWeight(3, 9, 5.0f);
+    EXPECT_EQ(5.0f, c.getBlendshapeWeight(3, 9)); // no clamping
+    c.setBlendshapeWeight(3, 9, 0.3f);
+    const long relabel[3] = {12, 10, 11};
+    c.setBlendshapeIds(3, relabel, sizeof relabel, 3);
+    EXPECT_EQ((std::vector<float>{0.2f, 0.3f, 0.1f}), c.getBlendshapeWeights(3));
+    const long repeated[3] = {4, 4, 5};
+    EXPECT_EQ("Duplicate blendshape id 4", failure([&] { c.setBlendshapeIds(3, repeated, sizeof repeated, 3); }));
+    EXPECT_EQ((std::vector<long>{10, 11, 12}), c.getBlendshapeIds(3));
+    EXPECT_EQ("Invalid blendshape count 3 != 2 for blendshape set id 3",
+              failure([&] { c.setBlendshapeIds(3, relabel, sizeof relabel, 2); }));
+    EXPECT_EQ("Invalid blendshape index 2 for blendshape set id 3", failure([&] { c.getBlendshapeWeight(3, 2); }));
+    EXPECT_EQ("Invalid value type 4 for blendshapeSet 3", failure([&] {
+                  c.setValue({ANIMATION_LOCATION_BLENDSHAPE_SET, 3, 10}, std::make_shared<AnimationTransform>());
+              }));
+    EXPECT_EQ(3, c.getBlendshapeIds(nullptr, 0, 3));
+    EXPECT_EQ("Invalid texture set id 3", failure([&] { c.getTextureCount(3); }));
+}

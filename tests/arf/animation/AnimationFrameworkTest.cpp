@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "AnimationAvatars.h"
 #include "AnimationTestUtil.h"
 #include "sorvane/arf/Arf.h"
 #include "sorvane/arf/animation/AnimationFramework.h"
@@ -135,4 +136,31 @@ TEST(AnimationFramework, FrameworkIdsOfADocument) {
     EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_HAND", "urn:b")); // absent list
     EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_EYES", "urn:a")); // not a list kind
     EXPECT_EQ(-1, supported.findFrameworkId("ANIMATION_FACE", "urn:c"));
+}
+
+TEST(AnimationFramework, DerivedFromADocument) {
+    const Arf arf = animtest::avatarF();
+    // F's only link has mappings, so it still names framework 0 of the face kind.
+    auto rig = AnimationFramework::tryCreate(arf, "ANIMATION_FACE", "urn:example:rig", 4);
+    ASSERT_TRUE(rig);
+    EXPECT_EQ(3, rig->getInputCount(ANIMATION_LOCATION_STREAM, 4));
+    EXPECT_EQ("b", rig->getInput({ANIMATION_LOCATION_STREAM, 4, 1})->name);
+    // The link's target is index 0, not the mediapipe URN's index 1.
+    EXPECT_FALSE(AnimationFramework::tryCreate(arf, "ANIMATION_FACE", "urn:mpeg:avatar:blendshapes:mediapipe", 0));
+    EXPECT_FALSE(AnimationFramework::tryCreate(arf, "ANIMATION_BODY", "urn:example:rig", 0));
+
+    const Arf links = Arf::load(std::string("memory:{") + animtest::kPreamble + R"(, "components": {"meshes": [],
+      "blendshapeSets": [{"animationInfo": [{"type": "ANIMATION_FACE", "target": 0, "mappings": []},
+                                            {"type": "ANIMATION_FACE", "target": 1},
+                                            {"type": "ANIMATION_BODY", "target": 2, "mappings": []}],
+        "shapes": [], "baseMesh": 1, "name": "f", "id": 1}]}})");
+    auto info = links.components->blendshapeSets.get().getByIndex(0).animationInfo.get();
+    EXPECT_EQ(std::make_pair(std::string("ANIMATION_FACE"), 1L), AnimationFramework::guessFramework(info));
+
+    EXPECT_TRUE(AnimationLocation(ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 2).existsIn(arf));
+    EXPECT_FALSE(AnimationLocation(ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 3).existsIn(arf));
+    EXPECT_FALSE(AnimationLocation(ANIMATION_LOCATION_STREAM, 0, 0).existsIn(arf));
+    const Arf s = animtest::avatarS();
+    EXPECT_TRUE(AnimationLocation(ANIMATION_LOCATION_SKELETON, 1, 1).existsIn(s));
+    EXPECT_FALSE(AnimationLocation(ANIMATION_LOCATION_SKELETON, 1, 2).existsIn(s));
 }
