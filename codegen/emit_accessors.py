@@ -4,7 +4,7 @@ behaviour lives in the hand-written templates (ObjectProperty, ValueMember,
 ValueListMember, ChildMember, ChildListMember, ListProperty); this says which
 member has which kind, through one small descriptor per member."""
 
-from emit_nodes import cstr, guard
+from emit_nodes import cstr, guard, literal
 from model import VALUE_KINDS
 
 # Names of the accessor's own members that a key must not shadow.
@@ -70,6 +70,8 @@ class AccessorEmitter:
             kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
             return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
+            if f.read_default is not None:
+                return f"DefaultValueMember<{N}, {d}>"
             return f"ValueMember<{N}, {d}>"
         if f.is_list:
             return f"ValueListMember<{N}, {d}>"
@@ -94,6 +96,9 @@ class AccessorEmitter:
             k = f.kind
             o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
             o.append(f"    using Value = {k['cpp']};")
+            if f.read_default is not None:
+                t = "const char*" if f.type == "string" else k['cpp']
+                o.append(f"    static constexpr {t} kDefault = {literal(f.type, f.read_default)};")
             o.append(f"    static {k['ret']} get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const Value& v) {{ n.set{C}(v); }}")
             if f.read_default is not None:

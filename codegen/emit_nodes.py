@@ -350,8 +350,7 @@ class NodeEmitter:
             o.append(f"void {N}::set{C}(const std::vector<{T}>& values) {{")
             if ref:
                 # Every id is checked before the list is replaced.
-                o.append("    for (size_t i = 0; i < values.size(); ++i)")
-                o.append(f"        checkReferenceItem({tgt}, {key}, static_cast<int64_t>(i), values[i]);")
+                o.append(f"    checkReferenceItems({tgt}, {key}, values);")
             if idx:
                 o.append("    for (size_t i = 0; i < values.size(); ++i)")
                 o.append(f"        checkIndexReferenceItem({cstr(f.target)}, {key}, static_cast<int64_t>(i), values[i]);")

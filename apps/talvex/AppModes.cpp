@@ -10,10 +10,12 @@ namespace talvex_app {
 sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createSkeletonMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -29,6 +31,8 @@ AppModes::AppModes() {
     addMode("convert", make<ConvertMode>);
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
+    addMode("links", createLinksMode);
+    addMode("skeleton", createSkeletonMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");

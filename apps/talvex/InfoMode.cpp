@@ -67,6 +67,62 @@ void printDataItems(std::ostream& out, const sorvane::arf::Arf& arf, bool values
     }
 }
 
+namespace {
+
+// The first size of a tensor payload, read from its header; 0 when it cannot be read.
+long firstSize(const sorvane::arf::Data& item) {
+    try {
+        std::vector<long> sizes;
+        sorvane::arf::DataDType dtype = sorvane::arf::DATA_DTYPE_NONE;
+        item.getTensorData(sizes, dtype, nullptr, 0);
+        return sizes.empty() ? 0 : sizes[0];
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+// One line per set: kind, id, name, element count and what it is built on.
+void printSets(std::ostream& out, const sorvane::arf::Components& components) {
+    using namespace sorvane::arf;
+    auto line = [&](const char* kind, const auto& set, int64_t count, const char* unit, const std::string& base) {
+        out << "  " << kind << " " << set.id.get() << " \"" << set.name.get() << "\": " << count << " " << unit
+            << ", " << base << "\n";
+    };
+    // Absent lists are skipped: iterating one would fail.
+    auto each = [](const auto& list, const auto& print) {
+        if (list.isPropertyPresent())
+            for (const auto& set : list) print(set);
+    };
+    each(components.blendshapeSets, [&](const BlendshapeSet& set) {
+        line("blendshapeSet", set, set.shapes.size(), "shape(s)", "base mesh " + std::to_string(set.baseMesh.getIndex()));
+    });
+    each(components.landmarkSets, [&](const LandmarkSet& set) {
+        int64_t count = 0;
+        try {
+            if (set.vertices.isPropertyPresent()) count = firstSize(set.vertices.get());
+        } catch (const std::exception&) {
+        }
+        line("landmarkSet", set, count, "landmark(s)", "base mesh data " + std::to_string(set.baseMesh.getIndex()));
+    });
+    each(components.textureSets, [&](const TextureSet& set) {
+        line("textureSet", set, set.targets.size(), "target(s)",
+             "material data " + std::to_string(set.material.getIndex()));
+    });
+    each(components.attachmentSets, [&](const AttachmentSet& set) {
+        line("attachmentSet", set, set.meshes.size(), "mesh(es)", "node " + std::to_string(set.node_.getIndex()));
+    });
+    each(components.gaussianSplatSets, [&](const GaussianSplatSet& set) {
+        std::string base = "mode " + set.mode.get();
+        if (set.baseMesh.isPropertyPresent()) base += ", base mesh " + std::to_string(set.baseMesh.getIndex());
+        if (set.baseMeshData.isPropertyPresent())
+            base += ", base mesh data " + std::to_string(set.baseMeshData.getIndex());
+        if (set.positions.isPropertyPresent()) base += ", positions data " + std::to_string(set.positions.getIndex());
+        line("gaussianSplatSet", set, set.count.get(), "splat(s)", base);
+    });
+}
+
+} // namespace
+
 void InfoMode::execute() {
     using namespace sorvane::arf;
     Arf arf = Arf::load(args::get(path), true);
@@ -112,12 +168,17 @@ void InfoMode::execute() {
 
     auto components = arf.components.get();
     out << "components:   " << components.meshes.size() << " mesh(es), " << components.nodes.size() << " node(s), "
-        << components.skeletons.size() << " skeleton(s), " << components.skins.size() << " skin(s)\n";
+        << components.skeletons.size() << " skeleton(s), " << components.skins.size() << " skin(s), "
+        << components.blendshapeSets.size() + components.landmarkSets.size() + components.textureSets.size() +
+               components.attachmentSets.size() + components.gaussianSplatSets.size()
+        << " set(s)\n";
     for (const Mesh& mesh : components.meshes) {
         out << "  mesh " << mesh.id.get() << " \"" << mesh.name.get() << "\": data";
         for (int64_t i = 0; i < mesh.data.size(); ++i) out << " " << mesh.data.get(i);
         out << "\n";
     }
+
+    printSets(out, components);
 
     printDataItems(out, arf, args::get(values));
 }

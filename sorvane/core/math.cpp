@@ -49,17 +49,22 @@ template <typename T> void mul(T* out, const T* a, const T* b, Matrix4x4Type typ
         mulRowMajor(out, a, b);
 }
 
+// Written out for each layout: it runs once per joint and frame.
 template <typename T> void quaternion2matrix(T* m, const T* q, Matrix4x4Type type) {
     const T x = q[0], y = q[1], z = q[2], w = q[3];
-    const T r[9] = {
-        T(1) - T(2) * (y * y + z * z), T(2) * (x * y - z * w), T(2) * (x * z + y * w),
-        T(2) * (x * y + z * w), T(1) - T(2) * (x * x + z * z), T(2) * (y * z - x * w),
-        T(2) * (x * z - y * w), T(2) * (y * z + x * w), T(1) - T(2) * (x * x + y * y),
-    };
-    init(m);
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            m[at(i, j, type)] = r[i * 3 + j];
+    const T r00 = T(1) - T(2) * (y * y + z * z), r01 = T(2) * (x * y - z * w), r02 = T(2) * (x * z + y * w);
+    const T r10 = T(2) * (x * y + z * w), r11 = T(1) - T(2) * (x * x + z * z), r12 = T(2) * (y * z - x * w);
+    const T r20 = T(2) * (x * z - y * w), r21 = T(2) * (y * z + x * w), r22 = T(1) - T(2) * (x * x + y * y);
+    // Stored one by one: a block built on the stack and copied would stall
+    // on store forwarding.
+    const bool column = type == MATRIX4X4_COLUMN_MAJOR;
+    m[0] = r00, m[5] = r11, m[10] = r22, m[15] = T(1);
+    m[3] = m[7] = m[11] = m[12] = m[13] = m[14] = T(0);
+    if (column) {
+        m[1] = r10, m[2] = r20, m[4] = r01, m[6] = r21, m[8] = r02, m[9] = r12;
+    } else {
+        m[1] = r01, m[2] = r02, m[4] = r10, m[6] = r12, m[8] = r20, m[9] = r21;
+    }
 }
 
 template <typename T> void scaleLmul(T* a, const T* s, Matrix4x4Type type) {

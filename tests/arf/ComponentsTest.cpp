@@ -68,7 +68,7 @@ TEST(Components, ConstructionResolvesRequiredReferences) {
     skin.skeleton.set(skeleton);
     EXPECT_TRUE(skin.skeleton == skeleton);
     EXPECT_TRUE(skin.skeleton == 1);
-    // Sets of later kinds are not in the model yet.
+    // An absent set list is named in the failure.
     EXPECT_EQ(messageOf([&] { skin.blendshapeSet.set(1); }), "There is no blendshapeSets in components");
 
     // References are one-way: setting a parent leaves the parent's children alone.

@@ -193,31 +193,47 @@ const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, s
     return *ids;
 }
 
+// The list's path is made only for the message: checks run on every setter.
 void RecordNode::checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
-    std::string listPath;
-    if (referenceList(target, listPath).findNodeItemIndexById(id) < 0)
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
+    if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Setting %s.%s: Invalid id %ld in %s", getNodePath().c_str(), key, static_cast<long>(id),
-                      listPath.c_str());
+                      list->getNodePath().c_str());
 }
 
 void RecordNode::checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const {
-    std::string listPath;
-    if (referenceList(target, listPath).findNodeItemIndexById(id) < 0)
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
+    if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Setting item %ld of %s.%s: Invalid id %ld in %s", static_cast<long>(index),
-                      getNodePath().c_str(), key, static_cast<long>(id), listPath.c_str());
+                      getNodePath().c_str(), key, static_cast<long>(id), list->getNodePath().c_str());
+}
+
+void RecordNode::checkReferenceItems(const ReferenceTarget& target, const char* key,
+                                     const std::vector<int64_t>& values) const {
+    if (values.empty()) return;
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
+    for (size_t i = 0; i < values.size(); ++i)
+        if (ids->findNodeItemIndexById(values[i]) < 0)
+            SORVANE_THROW("Setting item %ld of %s.%s: Invalid id %ld in %s", static_cast<long>(i),
+                          getNodePath().c_str(), key, static_cast<long>(values[i]), list->getNodePath().c_str());
 }
 
 void RecordNode::checkReferenceAdd(const ReferenceTarget& target, const char* key, int64_t id) const {
-    std::string listPath;
-    if (referenceList(target, listPath).findNodeItemIndexById(id) < 0)
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
+    if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Adding item to %s.%s: Invalid id %ld in %s", getNodePath().c_str(), key, static_cast<long>(id),
-                      listPath.c_str());
+                      list->getNodePath().c_str());
 }
 
 void RecordNode::checkInitReference(const ReferenceTarget& target, int64_t id) const {
-    std::string listPath;
-    if (referenceList(target, listPath).findNodeItemIndexById(id) < 0)
-        SORVANE_THROW("id %ld does not exist in %s", static_cast<long>(id), listPath.c_str());
+    const IdItemListBase* ids = nullptr;
+    AbstractNode::Ref list = findReferenceList(target, ids);
+    if (ids->findNodeItemIndexById(id) < 0)
+        SORVANE_THROW("id %ld does not exist in %s", static_cast<long>(id), list->getNodePath().c_str());
 }
 
 int64_t RecordNode::indexListSize(const char* list, std::string& listPath) const {

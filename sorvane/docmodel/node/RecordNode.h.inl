@@ -89,6 +89,8 @@ protected:
     AbstractNode::Ref findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
     void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
+    // Every id of a whole new list, against one lookup of the target list.
+    void checkReferenceItems(const ReferenceTarget& target, const char* key, const std::vector<int64_t>& values) const;
     void checkReferenceAdd(const ReferenceTarget& target, const char* key, int64_t id) const;
     // A required reference given to init is resolved at once.
     void checkInitReference(const ReferenceTarget& target, int64_t id) const;

@@ -70,7 +70,7 @@ public:
         }
         ListNodeT& n = node();
         checkWritable(Change::ListAdd, n.getNodePath());
-        return Item(propertyRoot, n.add(std::forward<A>(args)...), false);
+        return Item(propertyRoot, n.add(initArgument(std::forward<A>(args))...), false);
     }
     template <class... A>
     Item* addPtr(A&&... args) {
@@ -124,6 +124,13 @@ public:
     Iterator end() const { return Iterator(this, size()); }
 
 protected:
+    // Texts reach init as constant text pointers; a std::string is taken too.
+    template <class T>
+    static decltype(auto) initArgument(T&& value) {
+        if constexpr (std::is_same_v<std::decay_t<T>, std::string>) return value.c_str();
+        else return std::forward<T>(value);
+    }
+
     ListNodeT& node() const {
         if (!adopt()) failInvalidNode();
         return *nodeRef;

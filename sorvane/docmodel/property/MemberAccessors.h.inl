@@ -107,6 +107,36 @@ public:
     }
 };
 
+// An optional text that reads as a default while absent (GaussianSplatSet::
+// Mode). The default is not written: removing the value goes back to it.
+template <class NodeT, class D>
+class SORVANE_API DefaultValueMember : public ValueMember<NodeT, D> {
+public:
+    using Base = ValueMember<NodeT, D>;
+    using Value = typename D::Value;
+
+    static inline const Value defaultValue = D::kDefault;
+
+    DefaultValueMember() = default;
+    DefaultValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    void outputRepresentation(std::ostream& out) const override {
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, get());
+    }
+
+    std::conditional_t<std::is_same_v<Value, std::string>, const Value&, Value> get() const {
+        const NodeT& n = this->node();
+        if (D::has(n)) return D::get(n);
+        return defaultValue;
+    }
+    template <class V = Value, class = std::enable_if_t<std::is_same_v<V, std::string>>>
+    const char* c_str() const {
+        return get().c_str();
+    }
+};
+
 // A list of texts, integers or numbers, references included.
 template <class NodeT, class D>
 class SORVANE_API ValueListMember : public MemberProperty<NodeT, D> {
@@ -404,6 +434,8 @@ public:
         return Object(this->propertyRoot, value, this->propertyReadOnly);
     }
     Object* getPtr() const { return new Object(get()); }
+    // The value under a key of the object, which may not exist yet.
+    ObjectItem operator[](const std::string& key) const { return get().get(key); }
 
     void removeProperty() {
         static_assert(D::kOptional, "only optional members can be removed");
