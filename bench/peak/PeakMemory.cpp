@@ -44,7 +44,7 @@ uint64_t documentBytes(const fs::path& path) {
     if (path.extension() == ".arfz") return fs::file_size(path);
     uint64_t total = 0;
     for (const auto& entry : fs::directory_iterator(path.parent_path().empty() ? fs::path(".") : path.parent_path()))
-        if (entry.is_regular_file()) total += entry.file_size();
+        if (entry.is_regular_file() && entry.path().extension() != ".arfz") total += entry.file_size();
     return total;
 }
 
