@@ -109,7 +109,10 @@ class NodeEmitter:
                 lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
                 lines.append(f"{k['ret']} get{C}() const;")
                 lines.append(f"void set{C}({k['param']} value);")
-                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+                if f.key == "name" and record.id_field:
+                    lines.append(f"void remove{C}() {{ {m}.reset(); itemNameChanged(); }}")
+                else:
+                    lines.append(f"void remove{C}() {{ {m}.reset(); }}")
             else:
                 lines.append(f"{k['ret']} get{C}() const {{ return {m}; }}")
                 lines.append(f"void set{C}({k['param']} value);")
@@ -320,6 +323,8 @@ class NodeEmitter:
                 o.append(f"    {m} = value;")
             else:
                 o.append(f"    {m} = value;")
+                if f.key == "name" and record.id_field:
+                    o.append("    itemNameChanged();")
             o.append("}")
             return o
         if f.is_list:

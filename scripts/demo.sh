@@ -50,6 +50,11 @@ echo "== talvex format examples/avatar.arf.json (read into the document tree, wr
 "$talvex" format examples/avatar.arf.json
 
 echo
+echo "== talvex skeleton examples/avatar.arf.json (node tree, matrices, joints; rest pose drawn as SVG)"
+"$talvex" skeleton examples/avatar.arf.json --svg "$work/avatar.svg"
+head -c 400 "$work/avatar.svg"; echo " ..."
+
+echo
 echo "== talvex stream-make examples/face.stream.txt, then stream-dump"
 "$talvex" stream-make examples/face.stream.txt "$work/face.stream"
 "$talvex" stream-dump "$work/face.stream"

@@ -7,6 +7,7 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
@@ -14,6 +15,7 @@ sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createMakeExampleMode(args::ArgumentParser& parser);
 sorvane::Mode* createMeshConvertMode(args::ArgumentParser& parser);
+sorvane::Mode* createSkeletonMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamDumpMode(args::ArgumentParser& parser);
 sorvane::Mode* createStreamMakeMode(args::ArgumentParser& parser);
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser);
@@ -30,6 +32,7 @@ AppModes::AppModes() {
     addMode("format", make<FormatMode>);
     addMode("make-example", createMakeExampleMode);
     addMode("links", createLinksMode);
+    addMode("skeleton", createSkeletonMode);
     addCategory("Files");
     addMode("list", make<ListMode>);
     addCategory("Animation");
@@ -44,6 +47,7 @@ AppModes::AppModes() {
     addMode("mesh-convert", createMeshConvertMode);
     addCategory("Checks");
     addMode("compare-tensors", createCompareTensorsMode);
+    addMode("compare-images", createCompareImagesMode);
     addMode("validate", createValidateMode);
 }
 

@@ -1,6 +1,7 @@
-// talvex compare-tensors A B [--tolerance T] and talvex validate FILE: checks
+// talvex compare-tensors A B [--tolerance T], compare-images A B and validate FILE: checks
 // whose exit code tells the answer (0 equal or clean, 3 different or
 // invalid, 2 error).
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <vector>
@@ -10,6 +11,8 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/gltf2/Gltf.h"
+#include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/Mode.h"
 #include "sorvane/tools/compare.h"
 #include "sorvane/tools/validate.h"
@@ -80,17 +83,47 @@ private:
     args::ValueFlag<double> tolerance;
 };
 
-class ValidateMode : public sorvane::Mode {
+class CompareImagesMode : public sorvane::Mode {
 public:
-    explicit ValidateMode(args::ArgumentParser& parser)
-        : Mode(parser), path(parser, "FILE", "ARF document (.arf, .json, .arfz, .zip)", args::Options::Required) {
-        parser.Description("Checks a document beyond what loading checks: dangling and duplicate ids and payloads "
-                           "that fail to read, one line each. Exit code 0 when clean, 3 when not.");
+    explicit CompareImagesMode(args::ArgumentParser& parser)
+        : Mode(parser),
+          first(parser, "A", "first image (PNG or JPEG)", args::Options::Required),
+          second(parser, "B", "second image (PNG or JPEG)", args::Options::Required) {
+        parser.Description("Compares two images pixel by pixel after decoding (8 bits per channel, rows first): "
+                           "pixel formats and sizes must agree. Exit code 0 when equal, 3 when different.");
     }
 
     void execute() override {
-        const sorvane::arf::Arf arf = sorvane::arf::Arf::load(args::get(path), true);
-        const auto problems = sorvane::validateArf(arf);
+        const sorvane::DataTree a =
+            sorvane::loadImage(args::get(first), sorvane::ScalarType::UInteger8, sorvane::ImageFormat::YXC);
+        const sorvane::DataTree b =
+            sorvane::loadImage(args::get(second), sorvane::ScalarType::UInteger8, sorvane::ImageFormat::YXC);
+        const long differences = sorvane::compare_data_images(a, b, true, std::cout);
+        if (differences == 0) std::cout << "equal" << std::endl;
+        else setStatus(STATUS_DIFFERENT);
+    }
+
+private:
+    args::Positional<std::string> first;
+    args::Positional<std::string> second;
+};
+
+class ValidateMode : public sorvane::Mode {
+public:
+    explicit ValidateMode(args::ArgumentParser& parser)
+        : Mode(parser),
+          path(parser, "FILE", "ARF document (.arf, .json, .arfz, .zip) or glTF (.gltf, .glb)", args::Options::Required) {
+        parser.Description("Checks a document beyond what loading checks: dangling and duplicate ids (ARF), indices "
+                           "past their list (glTF), payloads and accessors that fail to read, one line each. Exit "
+                           "code 0 when clean, 3 when not.");
+    }
+
+    void execute() override {
+        const std::string file = args::get(path);
+        const std::string extension = std::filesystem::path(file).extension().string();
+        const bool gltf = extension == ".gltf" || extension == ".glb";
+        const auto problems = gltf ? sorvane::validateGltf(sorvane::gltf2::Gltf::load(file, true))
+                                   : sorvane::validateArf(sorvane::arf::Arf::load(file, true));
         for (const std::string& problem : problems) std::cout << problem << "\n";
         if (problems.empty()) std::cout << "valid" << std::endl;
         else setStatus(STATUS_DIFFERENT);
@@ -103,6 +136,7 @@ private:
 } // namespace
 
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser) { return new CompareTensorsMode(parser); }
+sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser) { return new CompareImagesMode(parser); }
 sorvane::Mode* createValidateMode(args::ArgumentParser& parser) { return new ValidateMode(parser); }
 
 } // namespace talvex_app

@@ -9,6 +9,9 @@
 namespace sorvane::arf {
 class Arf;
 }
+namespace sorvane::gltf2 {
+class Gltf;
+}
 
 namespace sorvane {
 
@@ -17,6 +20,10 @@ namespace sorvane {
 // used twice in one list, and data items whose payload fails to read. An
 // empty result means a clean document.
 SORVANE_API std::vector<std::string> validateArf(const arf::Arf& arf);
+
+// The same for a glTF document: indices past the end of their target list,
+// and accessors whose data fails to read.
+SORVANE_API std::vector<std::string> validateGltf(const gltf2::Gltf& gltf);
 
 } // namespace sorvane
 

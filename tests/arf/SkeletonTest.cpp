@@ -223,3 +223,83 @@ TEST(ReferenceItems, ReferencesToADataItemReadItsPayload) {
     EXPECT_EQ(messageOf([&] { first.getDataSize(); }), "Getting item from data: Invalid id 1");
     EXPECT_EQ(messageOf([&] { skeleton.inverseBindMatrix.getTensor(); }), "Getting item from data: Invalid id 1");
 }
+
+namespace {
+
+// The indexed lookups agree with a scan of the list, item by item.
+void expectLookupsMatchScan(const NodeNodes& list) {
+    const auto& items = list.getItems();
+    int64_t free = 1;
+    for (size_t i = 0; i < items.size(); ++i) {
+        if (!items[i]) continue;
+        const int64_t id = items[i]->getId();
+        int64_t first = -1, firstNamed = -1;
+        for (size_t j = 0; j < items.size() && (first < 0 || firstNamed < 0); ++j) {
+            if (!items[j]) continue;
+            if (first < 0 && items[j]->getId() == id) first = int64_t(j);
+            if (firstNamed < 0 && items[j]->getName() == items[i]->getName()) firstNamed = int64_t(j);
+        }
+        ASSERT_EQ(list.findNodeItemIndexById(id), first) << "id " << id;
+        ASSERT_EQ(list.findNodeItemIndexByName(items[i]->getName()), firstNamed) << items[i]->getName();
+        if (id >= free) free = id + 1;
+    }
+    EXPECT_EQ(list.getNodeItemFreeId(), std::optional<int64_t>(free));
+}
+
+} // namespace
+
+TEST(IndexedIds, LookupsFollowEveryChangeOfTheList) {
+    // Ids 1..300 with 150 read twice (a document may hold that), named by id.
+    std::string text = R"({"components": {"meshes": [], "nodes": [)";
+    for (int i = 1; i <= 300; ++i)
+        text += std::string(i > 1 ? "," : "") + R"({"mapping": "m", "name": "n)" + std::to_string(i % 250) +
+                R"(", "id": )" + std::to_string(i == 200 ? 150 : i) + "}";
+    text += "]}}";
+    auto root = talvex_test::readRoot(text);
+    auto nodes = root->getComponents()->getNodes();
+    expectLookupsMatchScan(*nodes);
+    EXPECT_EQ(nodes->findNodeItemIndexById(150), 149);
+    EXPECT_EQ(nodes->findNodeItemIndexById(200), -1);
+
+    nodes->remove(150);  // the later holder of 150 is found now
+    EXPECT_EQ(nodes->findNodeItemIndexById(150), 198);
+    expectLookupsMatchScan(*nodes);
+    nodes->add("x", "added", std::nullopt);
+    EXPECT_EQ(nodes->get(301)->getName(), "added");
+    nodes->getByIndex(5)->setId(1000);
+    EXPECT_EQ(nodes->findNodeItemIndexById(6), -1);
+    EXPECT_EQ(nodes->findNodeItemIndexById(1000), 5);
+    expectLookupsMatchScan(*nodes);
+    nodes->getByIndex(5)->setId(6);  // back down: the free id follows the largest again
+    expectLookupsMatchScan(*nodes);
+    EXPECT_EQ(messageOf([&] { nodes->getByIndex(0)->setId(7); }), "Setting components.nodes[1].id: 7 already used");
+    nodes->getByIndex(10)->setName("renamed");
+    EXPECT_EQ(nodes->findNodeItemIdByName("renamed"), 11);
+    expectLookupsMatchScan(*nodes);
+
+    // Generic edits: replacing, removing by position, a null left by the generic append.
+    auto other = std::make_shared<NodeNode>(nodes);
+    other->init("y", "other", 5000);
+    nodes->setNodeItem(int64_t(0), other);
+    EXPECT_EQ(nodes->findNodeItemIndexById(1), -1);
+    EXPECT_EQ(nodes->findNodeItemIndexById(5000), 0);
+    nodes->removeNodeItem(int64_t(1));
+    nodes->addNodeItem(nullptr);
+    expectLookupsMatchScan(*nodes);
+    EXPECT_EQ(nodes->getNodeItemFreeId(), 5001);
+
+    // A reference setter sees the change at once.
+    auto head = nodes->get(5000);
+    head->setChildren({3, 301});
+    EXPECT_EQ(messageOf([&] { head->addChildrenValue(2); }),
+              "Adding item to components.nodes[5000].children: Invalid id 2 in components.nodes");
+
+    // Reading again replaces everything.
+    auto again = talvex_test::readRoot(R"({"components": {"meshes": [], "nodes": [{"mapping": "m", "name": "a", "id": 9223372036854775807}]}})");
+    auto big = again->getComponents()->getNodes();
+    EXPECT_EQ(big->getNodeItemFreeId(), std::nullopt);  // no id beyond the largest value
+    EXPECT_EQ(messageOf([&] { big->add("m", "b", std::nullopt); }),
+              "Initialization of components.nodes[0]: Unable to generate a new id");
+    big->removeNodeItems();
+    EXPECT_EQ(big->getNodeItemFreeId(), 1);
+}

@@ -2,6 +2,7 @@
 // program they are (exit codes 0 clean or equal, 3 invalid or different, 2 error).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,8 @@
 
 #include "sorvane/arf/Arf.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/gltf2/Gltf.h"
+#include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/validate.h"
 
 namespace {
@@ -67,6 +70,22 @@ TEST(ValidateArf, CleanDocumentHasNoLines) {
     EXPECT_TRUE(sorvane::validateArf(sorvane::arf::Arf::load(clean, true)).empty());
 }
 
+TEST(ValidateGltf, IndicesPastTheirListAndUnreadableAccessors) {
+    const std::string path = writeFile("indices.gltf", R"({"asset": {"version": "2.0"},
+      "buffers": [{"byteLength": 8, "uri": "data:application/octet-stream;base64,AAAAAAAAAAA="}],
+      "bufferViews": [{"buffer": 0, "byteLength": 8}, {"buffer": 1, "byteLength": 4}],
+      "accessors": [{"bufferView": 0, "componentType": 5126, "count": 2, "type": "SCALAR"},
+                    {"bufferView": 2, "componentType": 5126, "count": 2, "type": "SCALAR"},
+                    {"bufferView": 0, "componentType": 5126, "count": 9, "type": "VEC3"}]})");
+    const auto problems = sorvane::validateGltf(sorvane::gltf2::Gltf::load(path, true));
+    ASSERT_EQ(problems.size(), 4u) << ::testing::PrintToString(problems);
+    // The last valid index is one less than the size: 1 of 2 views is fine, 2 is not.
+    EXPECT_EQ(problems[0], "accessors[1].bufferView: dangling reference to index 2 in bufferViews");
+    EXPECT_EQ(problems[1], "bufferViews[1].buffer: dangling reference to index 1 in buffers");
+    EXPECT_EQ(problems[2].rfind("accessors[1]: accessor fails to read: ", 0), 0u);
+    EXPECT_EQ(problems[3].rfind("accessors[2]: accessor fails to read: ", 0), 0u);
+}
+
 TEST(CheckModes, ValidateExitCodes) {
     if (!programBuilt()) GTEST_SKIP() << "talvex program not built";
     int code = -1;
@@ -101,5 +120,33 @@ TEST(CheckModes, CompareTensorsExitCodes) {
     EXPECT_EQ(code, 0) << out;
     EXPECT_EQ(out, "equal\n");
     out = run("compare-tensors " + pathA, code);
+    EXPECT_EQ(code, 2) << out;
+}
+
+TEST(CheckModes, CompareImagesExitCodes) {
+    if (!programBuilt()) GTEST_SKIP() << "talvex program not built";
+    const unsigned char rgb[12] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
+    unsigned char other[12];
+    std::copy(rgb, rgb + 12, other);
+    other[11] = 99;
+    const unsigned char rgba[16] = {};
+    const std::string dir = std::string(TALVEX_BINARY_DIR) + "/check-test-";
+    using sorvane::ImageFormat;
+    using sorvane::PixelFormat;
+    sorvane::saveImage(dir + "a.png", rgb, 12, 2, 2, 3, sorvane::ScalarType::UInteger8, ImageFormat::YXC, PixelFormat::RGB);
+    sorvane::saveImage(dir + "b.png", other, 12, 2, 2, 3, sorvane::ScalarType::UInteger8, ImageFormat::YXC,
+                       PixelFormat::RGB);
+    sorvane::saveImage(dir + "c.png", rgba, 16, 2, 2, 4, sorvane::ScalarType::UInteger8, ImageFormat::YXC,
+                       PixelFormat::RGBA);
+    int code = -1;
+    std::string out = run("compare-images " + dir + "a.png " + dir + "a.png", code);
+    EXPECT_EQ(code, 0) << out;
+    out = run("compare-images " + dir + "a.png " + dir + "b.png", code);
+    EXPECT_EQ(code, 3) << out;
+    EXPECT_EQ(out, "1,1,2: 12 != 99\n1/12 differences (8.33333%)\n");
+    out = run("compare-images " + dir + "a.png " + dir + "c.png", code);
+    EXPECT_EQ(code, 3) << out;
+    EXPECT_EQ(out, "Different pixel formats: RGB != RGBA\n");
+    out = run("compare-images " + dir + "a.png " + dir + "missing.png", code);
     EXPECT_EQ(code, 2) << out;
 }

@@ -2,8 +2,11 @@
 #define SORVANE_ARF_NODE_ITEMLIST_H
 
 #include <memory>
+#include <climits>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "sorvane/arf/node/BasicList.h"

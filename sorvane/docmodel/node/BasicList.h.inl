@@ -44,9 +44,13 @@ public:
         int64_t index = findNodeItemIndex(item);
         if (index < 0) SORVANE_THROW("Removing at item of %s: Node was not found", getNodePath().c_str());
         items.erase(items.begin() + index);
+        itemsChanged();
     }
     using AbstractNode::removeNodeItem;
-    void removeNodeItems() override { items.clear(); }
+    void removeNodeItems() override {
+        items.clear();
+        itemsChanged();
+    }
 
     std::vector<std::string> getNodeStringVector() const override {
         std::vector<std::string> result;
@@ -67,18 +71,24 @@ public:
         if (!item) SORVANE_THROW("Setting item in %s:\nItem is NULL", getNodePath().c_str());
         item->setNodeParent(shared_from_this());
         items[static_cast<size_t>(index)] = item;
+        itemsChanged();
     }
 
     void removeByIndex(int64_t index) {
         if (!hasNodeItem(index))
             SORVANE_THROW("Removing item in %s:\nInvalid index %ld", getNodePath().c_str(), static_cast<long>(index));
         items.erase(items.begin() + index);
+        itemsChanged();
     }
 
     const std::vector<ItemRef>& getItems() const { return items; }
 
 protected:
     using AbstractNode::AbstractNode;
+
+    // Called after every change of `items` other than an append, for lists
+    // that keep an index of their items.
+    virtual void itemsChanged() {}
 
     std::vector<ItemRef> items;
 };

@@ -9,6 +9,13 @@ public:
     virtual int64_t findNodeItemIndexById(int64_t id) const = 0;
     virtual int64_t findNodeItemIdByName(const std::string& name) const = 0;
     virtual std::optional<int64_t> getNodeItemFreeId() const = 0;
+
+    // Told by a record of the list when its id or name changed, so that the
+    // lookups above stay right.
+    virtual void nodeItemIdChanged(const AbstractNode* item, int64_t oldId, int64_t newId) const {
+        (void)item, (void)oldId, (void)newId;
+    }
+    virtual void nodeItemsChanged() const {}
 };
 
 // A JSON array of records of one class. The record class gives the type
@@ -60,6 +67,7 @@ public:
             item->fromJson(importer);
             this->items.push_back(std::move(item));
         }
+        this->itemsChanged();
         if (!importer.nextEndArray()) SORVANE_THROW("Expect the end of an array at line %d", importer.getLine());
     }
 
@@ -77,7 +85,12 @@ protected:
     using Base::Base;
 };
 
-// An item list whose records carry unique 64-bit ids.
+// An item list whose records carry unique 64-bit ids. Lookups by id and
+// name and the free id go through an index of the items, so that init, the
+// reference setters and get stay cheap on long lists. The index follows
+// appends (also those made straight on `items`) item by item, is rebuilt
+// after any other change of the items, and is told of id and name changes by
+// the records themselves.
 template <class Record>
 class SORVANE_API IdItemList : public ItemList<Record>, public IdItemListBase {
 public:
@@ -87,26 +100,40 @@ public:
 
     void set(int64_t id, const RecordRef& item) { this->setByIndex(static_cast<int64_t>(indexOf(id)), item); }
 
-    void remove(int64_t id) { this->items.erase(this->items.begin() + static_cast<std::ptrdiff_t>(indexOf(id))); }
+    void remove(int64_t id) {
+        this->items.erase(this->items.begin() + static_cast<std::ptrdiff_t>(indexOf(id)));
+        itemsChanged();
+    }
 
+    // The first item with the id, as a scan would find it.
     int64_t findNodeItemIndexById(int64_t id) const override {
-        for (size_t i = 0; i < this->items.size(); ++i)
-            if (this->items[i] && this->items[i]->getId() == id) return static_cast<int64_t>(i);
-        return -1;
+        refreshIndex();
+        auto it = ids.find(id);
+        return it == ids.end() ? -1 : it->second;
     }
 
     int64_t findNodeItemIdByName(const std::string& name) const override {
-        for (const auto& item : this->items)
-            if (item && item->getItemName() == name) return item->getId();
-        return -1;
+        int64_t index = findNodeItemIndexByName(name);
+        return index < 0 ? -1 : this->items[static_cast<size_t>(index)]->getId();
+    }
+
+    int64_t findNodeItemIndexByName(const std::string& name) const override {
+        if constexpr (Record::kHasName) {
+            refreshIndex();
+            auto it = names.find(name);
+            return it == names.end() ? -1 : it->second;
+        } else {
+            (void)name;
+            return -1;
+        }
     }
 
     // The largest id plus one; ids are never reused while a higher one exists.
+    // None when the largest id is the largest value.
     std::optional<int64_t> getNodeItemFreeId() const override {
-        int64_t candidate = 1;
-        for (const auto& item : this->items)
-            if (item && item->getId() >= candidate) candidate = item->getId() + 1;
-        return candidate;
+        refreshIndex();
+        if (largestId == INT64_MAX) return std::nullopt;
+        return largestId < 1 ? 1 : largestId + 1;
     }
 
     void add(const RecordRef& item) override {
@@ -118,8 +145,28 @@ public:
     }
     using ItemList<Record>::add;
 
+    void nodeItemIdChanged(const AbstractNode* item, int64_t oldId, int64_t newId) const override {
+        if (indexStale || indexed > this->items.size() || sharedIds) {
+            indexStale = true;
+            return;
+        }
+        auto it = ids.find(oldId);
+        if (it == ids.end() || this->items[static_cast<size_t>(it->second)].get() != item || oldId == largestId) {
+            indexStale = true;
+            return;
+        }
+        const int64_t index = it->second;
+        ids.erase(it);
+        if (!ids.emplace(newId, index).second) indexStale = true;
+        if (newId > largestId) largestId = newId;
+    }
+
+    void nodeItemsChanged() const override { indexStale = true; }
+
 protected:
     using ItemList<Record>::ItemList;
+
+    void itemsChanged() override { indexStale = true; }
 
 private:
     size_t indexOf(int64_t id) const {
@@ -128,4 +175,32 @@ private:
             SORVANE_THROW("Getting item from %s: Invalid id %ld", this->getNodePath().c_str(), static_cast<long>(id));
         return static_cast<size_t>(index);
     }
+
+    void refreshIndex() const {
+        const auto& items = this->items;
+        if (indexStale || items.size() < indexed) {
+            ids.clear();
+            names.clear();
+            indexed = 0;
+            largestId = 0;
+            sharedIds = false;
+            indexStale = false;
+        }
+        for (; indexed < items.size(); ++indexed) {
+            const auto& item = items[indexed];
+            if (!item) continue;  // left by the generic append; found by nothing
+            const int64_t id = item->getId();
+            if (!ids.emplace(id, static_cast<int64_t>(indexed)).second) sharedIds = true;
+            if (id > largestId) largestId = id;
+            if constexpr (Record::kHasName) names.emplace(item->getItemName(), static_cast<int64_t>(indexed));
+        }
+    }
+
+    // First position of each id and name; `indexed` items are in them.
+    mutable std::unordered_map<int64_t, int64_t> ids;
+    mutable std::unordered_map<std::string, int64_t> names;
+    mutable size_t indexed = 0;
+    mutable int64_t largestId = 0;
+    mutable bool sharedIds = false;  // a document may hold an id twice
+    mutable bool indexStale = true;
 };

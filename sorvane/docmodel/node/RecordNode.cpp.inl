@@ -112,6 +112,7 @@ void RecordNode::fromJson(archive::JsonImporter& importer) {
             SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", key.c_str(), importer.getLine());
     }
     if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
+    itemNameChanged();  // a record read again in place may have a new id and name
 }
 
 void RecordNode::toJson(archive::JsonExporter& exporter) const {
@@ -265,5 +266,11 @@ void RecordNode::setRecordId(int64_t& member, const IdItemListBase* list, int64_
     if (!list) SORVANE_THROW("Setting %s.id: Invalid parent", getNodePath().c_str());
     if (list->findNodeItemIndexById(id) >= 0)
         SORVANE_THROW("Setting %s.id: %ld already used", getNodePath().c_str(), static_cast<long>(id));
+    const int64_t old = member;
     member = id;
+    list->nodeItemIdChanged(this, old, id);
+}
+
+void RecordNode::itemNameChanged() const {
+    if (auto* list = dynamic_cast<const IdItemListBase*>(parent.lock().get())) list->nodeItemsChanged();
 }

@@ -104,6 +104,8 @@ protected:
     // when it is the record's own list class, else null.
     void initRecordId(int64_t& member, const IdItemListBase* list, const std::optional<int64_t>& id);
     void setRecordId(int64_t& member, const IdItemListBase* list, int64_t id);
+    // Tells an id-carrying parent list that the record's name (or more) changed.
+    void itemNameChanged() const;
 
     template <class List>
     const IdItemListBase* parentList() const {
