@@ -1,6 +1,6 @@
 // Arbitrary bytes loaded as a "memory:" document, walked through the
-// accessors (node matrices, joints, every reference followed, every curve
-// tensor read) and saved back into its memory store.
+// accessors (every reference followed, every node matrix computed, every
+// joint and curve tensor read) and saved back into its memory store.
 #include <cstdint>
 #include <iostream>
 #include <sstream>
@@ -90,15 +90,15 @@ void walk(const Arf& arf) {
     }
     auto c = arf.components.get();
     each(c.nodes, [](const Node& n) {
-        attempt([&] { n.getTransformMatrix(); });
         follow(n.parent);
         followAll(n.children);
+        attempt([&] { n.getTransformMatrix(); });
     });
     each(c.skeletons, [](const Skeleton& s) {
         follow(s.root);
         follow(s.inverseBindMatrix);
         attempt([&] { s.inverseBindMatrix.getDataSize(); });
-        each(s.joints, [](const JointKey& joint) { follow(joint.node_); });
+        each(s.joints, [](const JointKey& j) { follow(j.node_); });
         walkComponentLinks(s);
     });
     each(c.skins, [](const Skin& s) {
