@@ -1,8 +1,11 @@
 #include "sorvane/archive/DocumentUri.h"
 
 #include <cctype>
+#include <cstdlib>
 
+#include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/base64.h"
+#include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::archive {
 
@@ -29,6 +32,43 @@ std::string makeDataUri(const std::string& mimeType, const void* data, int64_t s
     uri.resize(prefix + static_cast<size_t>(textSize));
     base64encode(&uri[prefix], textSize, data, static_cast<long>(size), BASE64_ENCODING_STANDARD, '=');
     return uri;
+}
+
+namespace {
+
+std::string withNumber(const std::string& base, int64_t number) {
+    if (number < 0) return base;
+    return base.empty() ? std::to_string(number) : base + "_" + std::to_string(number);
+}
+
+} // namespace
+
+std::string findFreeFileName(const FileProvider* provider, bool overwrite, const char* uri, const char* name,
+                             int64_t number, const std::string& extension, const std::string& mainBase) {
+    auto isFree = [&](const std::string& candidate) {
+        return overwrite || !provider || !provider->exists(candidate);
+    };
+    std::string base;
+    if (uri) {
+        if (isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
+        base = uri;
+        if (isFree(base)) return base;
+    } else {
+        base = mainBase;
+    }
+    if (name) {
+        std::string kept;
+        for (const char* c = name; *c; ++c)
+            if (std::isalnum(static_cast<unsigned char>(*c)) || *c == '_') kept += *c;
+        if (!kept.empty()) base = base.empty() ? kept : base + "_" + kept;
+    }
+    std::string candidate = withNumber(base, number) + extension;
+    if (isFree(candidate)) return candidate;
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        candidate = withNumber(base, std::rand() % 100000) + extension;
+        if (isFree(candidate)) return candidate;
+    }
+    SORVANE_THROW("Can't find a free file name");
 }
 
 } // namespace sorvane::archive

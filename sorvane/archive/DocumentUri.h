@@ -7,6 +7,10 @@
 #include "sorvane/core/Export.h"
 
 namespace sorvane::archive {
+class FileProvider;
+}
+
+namespace sorvane::archive {
 
 // A uri that names a place outside any document folder: a root directory
 // ("/x", "\x") or a drive ("C:x").
@@ -18,6 +22,15 @@ SORVANE_API bool climbsOutOfFolder(const std::string& uri);
 
 // "data:<mimeType>;base64," and the standard base64 text of the bytes.
 SORVANE_API std::string makeDataUri(const std::string& mimeType, const void* data, int64_t size);
+
+// The name a document gives a new payload file: the uri when it is free (an
+// absolute one is refused), else mainBase, the kept characters of name and
+// number joined by "_", then up to ten random numbers. provider may be null
+// and overwrite takes any name; mainBase is empty where the storage mode
+// names payloads without the main file.
+SORVANE_API std::string findFreeFileName(const FileProvider* provider, bool overwrite, const char* uri,
+                                         const char* name, int64_t number, const std::string& extension,
+                                         const std::string& mainBase);
 
 } // namespace sorvane::archive
 

@@ -153,41 +153,11 @@ void RootNode::close() {
     if (provider) provider->close();
 }
 
-namespace {
-
-std::string withNumber(const std::string& base, int64_t number) {
-    if (number < 0) return base;
-    return base.empty() ? std::to_string(number) : base + "_" + std::to_string(number);
-}
-
-} // namespace
-
 std::string RootNode::findFreeFileName(const char* uri, const char* name, int64_t id,
                                        const std::string& extension) const {
-    auto isFree = [&](const std::string& candidate) {
-        return overwrite || !provider || !provider->exists(candidate);
-    };
-    std::string base;
-    if (uri) {
-        if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri);
-        base = uri;
-        if (isFree(base)) return base;
-    } else if (storageMode == MULTIPLE_FILES) {
-        base = mainFileName.substr(0, mainFileName.find('.'));
-    }
-    if (name) {
-        std::string kept;
-        for (const char* c = name; *c; ++c)
-            if (std::isalnum(static_cast<unsigned char>(*c)) || *c == '_') kept += *c;
-        if (!kept.empty()) base = base.empty() ? kept : base + "_" + kept;
-    }
-    std::string candidate = withNumber(base, id) + extension;
-    if (isFree(candidate)) return candidate;
-    for (int attempt = 0; attempt < 10; ++attempt) {
-        candidate = withNumber(base, std::rand() % 100000) + extension;
-        if (isFree(candidate)) return candidate;
-    }
-    SORVANE_THROW("Can't find a free file name");
+    const std::string mainBase =
+        storageMode == MULTIPLE_FILES ? mainFileName.substr(0, mainFileName.find('.')) : std::string();
+    return archive::findFreeFileName(provider.get(), overwrite, uri, name, id, extension, mainBase);
 }
 
 void RootNode::beginSharedRawData(bool, const char* name) {
