@@ -20,12 +20,19 @@ struct Access {
 
 namespace {
 
-const std::vector<DataTree>* listItems(const Node& node) { return Access::items(dynamic_cast<const List*>(&node)); }
+// By the kind a node reports: List and Object have no subclasses, and this
+// runs for every item of every container destroyed, so no dynamic_cast.
+const std::vector<DataTree>* listItems(const Node& node) {
+    return node.getType() == DataTreeType::List ? Access::items(static_cast<const List*>(&node)) : nullptr;
+}
 const std::map<std::string, DataTree>* objectItems(const Node& node) {
-    return Access::items(dynamic_cast<const Object*>(&node));
+    return node.getType() == DataTreeType::Object ? Access::items(static_cast<const Object*>(&node)) : nullptr;
 }
 
-bool isContainer(const Node& node) { return listItems(node) || objectItems(node); }
+bool isContainer(const Node& node) {
+    const DataTreeType type = node.getType();
+    return type == DataTreeType::List || type == DataTreeType::Object;
+}
 
 Node* emptyLike(const Node& node) {
     if (listItems(node)) return new List();
@@ -88,10 +95,12 @@ namespace {
 
 // Moves the handles a List or an Object holds into `out`.
 void takeChildren(Node& node, std::vector<DataTree>& out) {
-    if (auto* list = Access::items(dynamic_cast<List*>(&node))) {
+    if (node.getType() == DataTreeType::List) {
+        auto* list = Access::items(static_cast<List*>(&node));
         for (DataTree& item : *list) out.push_back(std::move(item));
         list->clear();
-    } else if (auto* object = Access::items(dynamic_cast<Object*>(&node))) {
+    } else if (node.getType() == DataTreeType::Object) {
+        auto* object = Access::items(static_cast<Object*>(&node));
         for (auto& entry : *object) out.push_back(std::move(entry.second));
         object->clear();
     }
@@ -104,7 +113,7 @@ bool soleOwner(const DataTree& handle) { return handle.getNodeRef() && handle.ge
 void dismantle(std::vector<DataTree>& items) {
     bool nested = false;
     for (const DataTree& item : items) {
-        if (soleOwner(item) && isContainer(item.getNode())) {
+        if (isContainer(item.getNode()) && soleOwner(item)) {
             nested = true;
             break;
         }
