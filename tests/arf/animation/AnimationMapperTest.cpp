@@ -190,6 +190,9 @@ TEST(AnimationMapper, JointPlanMatchesKeyed) {
         return planned.getJointTransforms(1);
     };
     EXPECT_EQ(pose, compare());
+    // Copies own their sets: the start is still the rest pose.
+    EXPECT_NE(pose, start.getJointTransforms(1));
+    EXPECT_EQ(AnimationComponents(arf).getJointTransforms(1), start.getJointTransforms(1));
 
     // Joint 1 then multiplies by joint 2's matrix from the left; joint 3 adds
     // a scaled copy of joint 0.
