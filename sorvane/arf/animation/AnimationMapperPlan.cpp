@@ -22,7 +22,7 @@ AnimationMapperPlan::AnimationMapperPlan(std::shared_ptr<const AnimationFrameLay
     : layout(std::move(layout_)) {
     std::map<AnimationLocation, uint32_t> setIndex;
     for (const auto& [target, op] : operators) {
-        Target t{KEYED, 0, 0, 0, 0};
+        Target t{KEYED, 0, 0, 0, 0, 0};
         const bool weight =
             target.type == ANIMATION_LOCATION_BLENDSHAPE_SET || target.type == ANIMATION_LOCATION_TEXTURE_SET;
         const AnimationLocation setKey(target.type, target.id, -1);
@@ -39,11 +39,23 @@ AnimationMapperPlan::AnimationMapperPlan(std::shared_ptr<const AnimationFrameLay
                 t.kind = compile(op, weight, steps);
                 if (t.kind == KEYED || t.kind == SKIP) steps.resize(t.first);
                 t.count = static_cast<uint32_t>(steps.size() - t.first);
+                t.length = weight ? 1 : kJoint;
             }
         }
         if (t.kind == KEYED) {
             t.first = static_cast<uint32_t>(keyed.size());
             keyed.push_back({target, op});
+        }
+        // Bypasses of consecutive inputs onto consecutive elements (a tracker
+        // driving a skeleton or set directly) become one copy.
+        if (t.kind == COPY && !targets.empty()) {
+            Target& last = targets.back();
+            if (last.kind == COPY && last.set == t.set && last.position + last.length == t.position &&
+                steps[last.first].source + last.length == steps[t.first].source) {
+                last.length += t.length;
+                steps.resize(t.first);
+                continue;
+            }
         }
         targets.push_back(t);
     }
@@ -77,7 +89,7 @@ AnimationMapperPlan::Kind AnimationMapperPlan::compile(const AnimationOperatorRe
     const size_t n = chain.size();
     if (n == 0) return weight ? STEPS : STEPS16; // an empty queue leaves the value as it is
     const Step* first = out.data() + (out.size() - n);
-    if (n == 1 && !first->scaled && first->merge == ANIMATION_MERGE_REPLACE) return weight ? COPY : COPY16;
+    if (n == 1 && !first->scaled && first->merge == ANIMATION_MERGE_REPLACE) return COPY;
     if (!weight) return STEPS16;
     bool sum = first->scaled && first->merge == ANIMATION_MERGE_REPLACE;
     for (size_t k = 1; k < n && sum; ++k) sum = first[k].scaled && first[k].merge == ANIMATION_MERGE_SUM;
@@ -120,7 +132,9 @@ bool AnimationMapperPlan::run(AnimationComponents& components, const AnimationDa
     for (const Target& t : targets) {
         const Step* s = all + t.first;
         switch (t.kind) {
-        case COPY: blocks[t.set][t.position] = frame[s->source]; break;
+        case COPY:
+            std::memcpy(blocks[t.set] + t.position, frame + s->source, sizeof(float) * static_cast<size_t>(t.length));
+            break;
         case SUM: {
             float acc = frame[s->source] * s->weight;
             for (uint32_t k = 1; k < t.count; ++k) acc = acc + frame[s[k].source] * s[k].weight;
@@ -136,7 +150,6 @@ bool AnimationMapperPlan::run(AnimationComponents& components, const AnimationDa
             blocks[t.set][t.position] = acc;
             break;
         }
-        case COPY16: std::memcpy(blocks[t.set] + t.position, frame + s->source, sizeof(float) * kJoint); break;
         case STEPS16: {
             float* target = blocks[t.set] + t.position;
             float acc[kJoint], v[kJoint];

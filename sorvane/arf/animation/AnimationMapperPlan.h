@@ -33,10 +33,9 @@ public:
 
 private:
     enum Kind : uint8_t {
-        COPY,     // one bypass replacing a weight
+        COPY,     // bypasses replacing a run of values: one copy of `length` floats
         SUM,      // Mul replacing, then Muls summing, into a weight
         STEPS,    // any chain of Bypass and Mul into a weight
-        COPY16,   // one bypass replacing a joint
         STEPS16,  // any chain into a joint
         KEYED,    // the operator, by location
         SKIP,     // a source the layout lacks: the target keeps its value
@@ -47,6 +46,7 @@ private:
         uint32_t first;
         uint32_t count;
         long position; // in floats, within the set's block
+        long length;   // floats copied, for COPY
     };
     struct Step {
         long source; // float offset in the frame's block
