@@ -48,6 +48,10 @@ def values(n, fmt="f"):
     return memoryview(arr).cast("B").cast(fmt)
 
 
+# Objects kept to the interpreter's exit on purpose.
+_KEPT = []
+
+
 def tobytes(block):
     return block.tobytes() if hasattr(block, "tobytes") else bytes(block)
 
@@ -342,6 +346,25 @@ class Gltf(unittest.TestCase):
                     with talvex.Gltf.load(target, read_only=True) as again:
                         self.assertEqual(tobytes(again.accessors[0].tensor()), values[:24])
                         self.assertEqual(tobytes(again.accessors[1].tensor()), values[24:30])
+
+    @needs("sorvane_arf_Data_getGltf")
+    def test_glb_payload_opens_as_a_document_that_outlives_its_avatar(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        (_, glb), expected = gltf_files(work)
+        with talvex.Arf.create(os.path.join(work, "avatar.arf")) as arf:
+            item = arf.data.add_glb("models/two.glb", glb, "model", True, 0)
+            arf.save()
+            opened = item.get_gltf(True)
+            with item.get_gltf(False) as writable:
+                self.assertEqual(len(writable.accessors), 2)
+        # The document and one accessor stay alive past the avatar and past
+        # this test, to the interpreter's exit: nothing may leak or crash then.
+        _KEPT.extend([opened, opened.accessors[1]])
+        self.assertEqual(tobytes(opened.accessors[0].tensor()), expected[:24])
+        with self.assertRaises(talvex.Error) as raised:
+            with talvex.Arf.create(os.path.join(work, "b.arf")) as other:
+                other.data.add_dense(values(2)).get_gltf(True)
+        self.assertIn("Not a glTF", str(raised.exception))
 
     @needs("sorvane_gltf2_Gltf_saveAs")
     def test_gltf_to_glb_and_back_keeps_the_document(self):
