@@ -140,6 +140,8 @@ int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSi
         } else if (stride != 0 && stride != valueSize) {
             SORVANE_THROW("byteStrire != valueSize not implemented");
         }
+        // Before any arithmetic with it: a very negative offset would overflow.
+        if (byteOffset < 0) SORVANE_THROW("Invalid offset %ld", static_cast<long>(byteOffset));
         int64_t length = 0;
         if (!sizeGiven || !countGiven) {
             length = byteLength - byteOffset;
