@@ -375,7 +375,9 @@ int64_t RootNode::appendSharedBuffer(const void* data, int64_t valueCount, int64
     // Each value starts at a multiple of its own size.
     const size_t padded = (bytes.size() + valueSize - 1) / valueSize * valueSize;
     const size_t size = static_cast<size_t>(valueCount * valueSize);
-    bytes.reserve(std::max(bytes.capacity(), padded + size));
+    // Grown by doubling: an exact reserve per add would copy the whole buffer
+    // at every add, quadratic over a document of many accessors.
+    if (bytes.capacity() < padded + size) bytes.reserve(std::max(bytes.capacity() * 2, padded + size));
     bytes.resize(padded);
     const size_t offset = bytes.size();
     bytes.insert(bytes.end(), static_cast<const uint8_t*>(data), static_cast<const uint8_t*>(data) + size);
