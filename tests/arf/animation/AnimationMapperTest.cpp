@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <iostream>
 #include <sstream>
 #include <thread>
@@ -102,10 +103,11 @@ TEST(AnimationMapper, SamplesAndStaleTargets) {
     c.setBlendshapeWeights(1, {0.9f, 0.7f, 0.5f});
     BlendshapeAnimationSample sample;
     sample.setSetId(99);
-    sample.setBlendshapeCount(3);
-    const long ids[3] = {1, 2, 1};
-    const float weights[3] = {0.2f, 0.4f, 0.8f};
-    for (long i = 0; i < 3; ++i) {
+    // Ids the framework lacks (below its first row, far past its last) are ignored.
+    sample.setBlendshapeCount(5);
+    const long ids[5] = {1, 2, 1, -5, std::numeric_limits<long>::max()};
+    const float weights[5] = {0.2f, 0.4f, 0.8f, 0.5f, 0.5f};
+    for (long i = 0; i < 5; ++i) {
         sample.setBlendshapeId(i, ids[i]);
         sample.setBlendshapeWeight(i, weights[i]);
     }
