@@ -170,6 +170,30 @@ TEST(AnimationMapper, DirectLinksBypass) {
     EXPECT_EQ("source is NULL", failure([&] { AnimationMapper(arf, AnimationFrameworkRef()); }));
 }
 
+TEST(AnimationMapper, AFailureKeepsTheTargetsBeforeIt) {
+    const Arf arf = animtest::avatarF();
+    AnimationMapper mapper(arf, AnimationFramework::create(kMediapipe, 0));
+    // Target 2 then follows a curve of input 25, defined on [0, 1] only.
+    mapper.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 2},
+                       AnimationChannelOperatorRef({ANIMATION_LOCATION_STREAM, 0, 25}, {0, 1}, {0, 1},
+                                                   "INTERPOLATION_LINEAR", "CHANNEL_BLENDSHAPE", ANIMATION_MERGE_SUM));
+    auto frame = mapper.getFramework()->createData();
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 1})->data()[0] = 0.2f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 2})->data()[0] = 0.4f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 25})->data()[0] = 1.5f;
+    for (bool keyed : {false, true}) {
+        AnimationComponents c(arf);
+        c.setBlendshapeWeights(1, {0.9f, 0.7f, 0.5f});
+        EXPECT_EQ("Invalid time 1.500000 not in range [0.000000, 1.000000]", failure([&] {
+                      if (keyed)
+                          mapper.updateComponentsKeyed(&c, frame.get());
+                      else
+                          mapper.updateComponents(&c, frame.get());
+                  }));
+        EXPECT_EQ((std::vector<float>{0.2f, 0.7f, 0.5f}), c.getBlendshapeWeights(1)) << keyed;
+    }
+}
+
 TEST(AnimationMapper, BuildRefusesBadAssociations) {
     const auto build = [](const std::string& associations) {
         return failure([&] { AnimationMapper(animtest::faceWith(associations), AnimationFramework::create(kMediapipe, 0)); });
