@@ -54,6 +54,9 @@ SORVANE_API int32_t sorvane_gltf2_Gltf_removeBufferViews(sorvane_gltf2_Gltf* sel
 SORVANE_API int32_t sorvane_gltf2_Gltf_getAccessors(sorvane_gltf2_AccessorList** out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_hasAccessors(bool* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_removeAccessors(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getAnimations(sorvane_gltf2_AnimationList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasAnimations(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeAnimations(sorvane_gltf2_Gltf* self);
 
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,

@@ -17,6 +17,7 @@
 #include "sorvane/gltf2/property/Asset.h"
 #include "sorvane/gltf2/property/Property.h"
 #include "sorvane/gltf2/property/accessor/AccessorList.h"
+#include "sorvane/gltf2/property/animation/AnimationList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
 
@@ -38,6 +39,10 @@ struct SORVANE_API BufferViewsKey {
 struct SORVANE_API AccessorsKey {
     static constexpr const char* kKey = "accessors";
     static const std::shared_ptr<AccessorNodes>& get(const RootNode& r) { return r.getAccessors(); }
+};
+struct SORVANE_API AnimationsKey {
+    static constexpr const char* kKey = "animations";
+    static const std::shared_ptr<AnimationNodes>& get(const RootNode& r) { return r.getAnimations(); }
 };
 struct SORVANE_API ExtensionsUsedKey {
     static constexpr const char* kKey = "extensionsUsed";
@@ -189,6 +194,7 @@ public:
     using Buffers = RootList<BufferList, roots::BuffersKey>;
     using BufferViews = RootList<BufferViewList, roots::BufferViewsKey>;
     using Accessors = RootList<AccessorList, roots::AccessorsKey>;
+    using Animations = RootList<AnimationList, roots::AnimationsKey>;
     // "scene": the index of the default scene, checked against "scenes" when set.
     class SORVANE_API Scene : public Property {
     public:
@@ -257,6 +263,7 @@ public:
     Buffers buffers;
     BufferViews bufferViews;
     Accessors accessors;
+    Animations animations;
     Scene scene;
 };
 

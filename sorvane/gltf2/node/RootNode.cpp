@@ -141,6 +141,7 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::buffers_>("buffers"),
         recordField<&RootNode::bufferViews_>("bufferViews"),
         recordField<&RootNode::accessors_>("accessors"),
+        recordField<&RootNode::animations_>("animations"),
         recordField<&RootNode::scene_>("scene"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
@@ -155,6 +156,7 @@ void RootNode::incompleteInit() {
     buffers_.reset();
     bufferViews_.reset();
     accessors_.reset();
+    animations_.reset();
 }
 
 void RootNode::init() {
@@ -193,6 +195,11 @@ void RootNode::setAccessors(const std::shared_ptr<AccessorNodes>& node) {
     accessors_ = node;
 }
 
+void RootNode::setAnimations(const std::shared_ptr<AnimationNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    animations_ = node;
+}
+
 BufferNodes& RootNode::buffers() {
     if (!buffers_) buffers_ = std::make_shared<BufferNodes>(shared_from_this());
     return *buffers_;
@@ -206,6 +213,11 @@ BufferViewNodes& RootNode::bufferViews() {
 AccessorNodes& RootNode::accessors() {
     if (!accessors_) accessors_ = std::make_shared<AccessorNodes>(shared_from_this());
     return *accessors_;
+}
+
+AnimationNodes& RootNode::animations() {
+    if (!animations_) animations_ = std::make_shared<AnimationNodes>(shared_from_this());
+    return *animations_;
 }
 
 void RootNode::__create() {

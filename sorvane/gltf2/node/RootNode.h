@@ -13,6 +13,7 @@
 #include "sorvane/gltf2/node/RecordNode.h"
 #include "sorvane/gltf2/node/StorageMode.h"
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
+#include "sorvane/gltf2/node/animation/AnimationNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
 
@@ -103,13 +104,16 @@ public:
     const std::shared_ptr<BufferNodes>& getBuffers() const { return buffers_; }
     const std::shared_ptr<BufferViewNodes>& getBufferViews() const { return bufferViews_; }
     const std::shared_ptr<AccessorNodes>& getAccessors() const { return accessors_; }
+    const std::shared_ptr<AnimationNodes>& getAnimations() const { return animations_; }
     void setBuffers(const std::shared_ptr<BufferNodes>& node);
     void setBufferViews(const std::shared_ptr<BufferViewNodes>& node);
     void setAccessors(const std::shared_ptr<AccessorNodes>& node);
+    void setAnimations(const std::shared_ptr<AnimationNodes>& node);
     // The list, made when absent.
     BufferNodes& buffers();
     BufferViewNodes& bufferViews();
     AccessorNodes& accessors();
+    AnimationNodes& animations();
 
 private:
     std::string toJsonText(bool compact) const;
@@ -127,6 +131,7 @@ private:
     std::shared_ptr<BufferNodes> buffers_;
     std::shared_ptr<BufferViewNodes> bufferViews_;
     std::shared_ptr<AccessorNodes> accessors_;
+    std::shared_ptr<AnimationNodes> animations_;
 };
 
 } // namespace sorvane::gltf2
