@@ -9,6 +9,7 @@
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/gltf2/Gltf.h"
 #include "sorvane/gltf2/node/animation/AnimationProcessor.h"
+#include "sorvane/gltf2/property/animation/mixer/AnimationMixer.h"
 #include "tests/gltf2/GltfTestSupport.h"
 
 using namespace sorvane;
@@ -207,4 +208,21 @@ TEST(AnimationSampling, IntegerOutputsAreRefused) {
     gltf.animations.get().add("a").samplers.add(int64_t(0), int64_t(1), nullptr);
     EXPECT_EQ(messageOf([&] { getAnimationSamplerData(firstSampler(gltf)); }),
               "Getting sample(s) in animations[0].samplers[0]:\nInvalid accessor component type, expect float");
+}
+
+TEST(AnimationRecords, MixerTakesTracksFromTheDocument) {
+    Gltf built = withTrack({0, 1}, {0, 0, 0, 10, 10, 10}, "VEC3");
+    built.animations[0].channels.add(int64_t(0)).target->path.set("translation");
+    float time = 0.5f;
+    AnimationMixer mixer(30.0f, {{"translation", TransformPolicy::Replace}});
+    EXPECT_EQ(messageOf([&] { mixer.addAnimation(built.animations[0], time, "a"); }), "translation has no node");
+    EXPECT_TRUE(mixer.channels.empty());
+
+    // A parsed target keeps its node index unchecked; following it needs the node.
+    std::string text = built.toJsonString();
+    const std::string path = "\"path\": \"translation\"";
+    ASSERT_NE(text.find(path), std::string::npos) << text;
+    text.replace(text.find(path), path.size(), "\"node\": 0, " + path);
+    Gltf parsed = fromText(text);
+    EXPECT_EQ(messageOf([&] { mixer.addAnimation(parsed.animations[0], time, "a"); }), "There is no nodes");
 }

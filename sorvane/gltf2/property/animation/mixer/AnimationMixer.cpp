@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "sorvane/archive/JsonImporter.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/gltf2/node/RootNode.h"
 #include "sorvane/gltf2/property/animation/Animation.h"
@@ -26,13 +27,32 @@ std::shared_ptr<Transform> makeTransform(const std::string& path) {
     SORVANE_THROW("Invalid or unsupported path %s", path.c_str());
 }
 
-// The rest state of node `index` of the document.
+// The rest state of node `index` of the document, from the values the node
+// writes: only what is present counts, so read defaults stay out.
 TransformData nodeRestState(const RootNode& root, long index) {
     const AbstractNode::ConstRef nodes = root.getNodeItem("nodes");
     if (!nodes) SORVANE_THROW("There is no nodes");
-    if (!nodes->hasNodeItem(static_cast<int64_t>(index)))
-        SORVANE_THROW("Getting item from nodes: Invalid index %ld", index);
-    SORVANE_THROW("Node transforms are not readable in this build");
+    const AbstractNode::ConstRef node = nodes->getNodeItem(static_cast<int64_t>(index));
+    if (!node) SORVANE_THROW("Getting item from nodes: Invalid index %ld", index);
+    const std::string text = node->toJsonString();
+    archive::JsonImporter importer(text.data(), text.size());
+    std::optional<std::vector<double>> values[4];  // matrix, translation, rotation, scale
+    static const char* const kKeys[] = {"matrix", "translation", "rotation", "scale"};
+    if (!importer.nextBeginObject()) SORVANE_THROW("Expect an object at line %d", importer.getLine());
+    std::string key;
+    while (importer.nextObjectItem(key)) {
+        bool read = false;
+        for (int k = 0; k < 4 && !read; ++k)
+            if (key == kKeys[k]) {
+                values[k] = importer.nextNumberList();
+                if (!values[k]) SORVANE_THROW("Error parsing %s at line %d", key.c_str(), importer.getLine());
+                read = true;
+            }
+        if (!read && !importer.skipContent(0, 0))
+            SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", key.c_str(), importer.getLine());
+    }
+    auto at = [&](int k) { return values[k] ? &*values[k] : nullptr; };
+    return Channel::restState(node->getNodePath(), at(0), at(1), at(2), at(3));
 }
 
 } // namespace
