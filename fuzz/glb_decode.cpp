@@ -46,6 +46,10 @@ void sampleAnimations(const sorvane::gltf2::Gltf& gltf) {
 
 } // namespace
 
+#if TALVEX_FUZZ_MUTATORS
+#include "mutators/GlbChunks.h"
+#endif
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::stringstream sink;
     std::streambuf* old = std::cerr.rdbuf(sink.rdbuf());
