@@ -29,12 +29,8 @@ std::shared_ptr<Transform> makeTransform(const std::string& path) {
 
 // The rest state of node `index` of the document, from the values the node
 // writes: only what is present counts, so read defaults stay out.
-TransformData nodeRestState(const RootNode& root, long index) {
-    const AbstractNode::ConstRef nodes = root.getNodeItem("nodes");
-    if (!nodes) SORVANE_THROW("There is no nodes");
-    const AbstractNode::ConstRef node = nodes->getNodeItem(static_cast<int64_t>(index));
-    if (!node) SORVANE_THROW("Getting item from nodes: Invalid index %ld", index);
-    const std::string text = node->toJsonString();
+TransformData nodeRestState(const AbstractNode& node) {
+    const std::string text = node.toJsonString();
     archive::JsonImporter importer(text.data(), text.size());
     std::optional<std::vector<double>> values[4];  // matrix, translation, rotation, scale
     static const char* const kKeys[] = {"matrix", "translation", "rotation", "scale"};
@@ -52,7 +48,16 @@ TransformData nodeRestState(const RootNode& root, long index) {
             SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", key.c_str(), importer.getLine());
     }
     auto at = [&](int k) { return values[k] ? &*values[k] : nullptr; };
-    return Channel::restState(node->getNodePath(), at(0), at(1), at(2), at(3));
+    return Channel::restState(node.getNodePath(), at(0), at(1), at(2), at(3));
+}
+
+// Node `index` of the document.
+const AbstractNode& documentNode(const RootNode& root, long index) {
+    const AbstractNode::ConstRef nodes = root.getNodeItem("nodes");
+    if (!nodes) SORVANE_THROW("There is no nodes");
+    const AbstractNode::ConstRef node = nodes->getNodeItem(static_cast<int64_t>(index));
+    if (!node) SORVANE_THROW("Getting item from nodes: Invalid index %ld", index);
+    return *node;
 }
 
 } // namespace
@@ -164,10 +169,19 @@ void AnimationMixer::addChannelNodes(const AnimationChannelNode& channel, const 
     if (!findChannel(index)) {
         const std::shared_ptr<RootNode> root = channel.getNodeRoot().lock();
         if (!root) SORVANE_THROW("In %s: Invalid node", channel.getNodePath().c_str());
-        channels.push_back(std::make_shared<Channel>(this, index, nodeRestState(*root, index)));
+        channels.push_back(std::make_shared<Channel>(this, index, nodeRestState(documentNode(*root, index))));
     }
     addAnimationChannel(index, TransformData(), target.getPath(), input, output, interpolation, time, name, converter,
                         policy);
+}
+
+void AnimationMixer::addNodeChannel(const AbstractNode& node, const std::string& path, const std::vector<float>& input,
+                                    const std::vector<float>& output, const std::string& interpolation,
+                                    const float& time, const std::string& name,
+                                    const std::optional<RangeConverter>& converter, TransformPolicy policy) {
+    const long index = static_cast<long>(node.getNodeIndex());
+    if (!findChannel(index)) channels.push_back(std::make_shared<Channel>(this, index, nodeRestState(node)));
+    addAnimationChannel(index, TransformData(), path, input, output, interpolation, time, name, converter, policy);
 }
 
 void AnimationMixer::setAnimationChannelOutput(const std::string& name, const std::vector<float>& output) {

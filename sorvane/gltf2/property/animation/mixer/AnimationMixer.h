@@ -15,6 +15,7 @@
 namespace sorvane::gltf2 {
 
 class AnimationMixer;
+class AbstractNode;
 class Animation;
 class AnimationChannel;
 class AnimationSampler;
@@ -65,6 +66,15 @@ public:
     void addAnimationChannel(const AnimationChannel& channel, const AnimationSampler& sampler, const float& time,
                              const std::string& name, const std::optional<RangeConverter>& converter = std::nullopt,
                              TransformPolicy policy = TransformPolicy::Default);
+    // A node accessor of the document (`gltf2::Node`): its index, and its rest
+    // state from the values it holds when it has no channel yet.
+    template <class NodeAccessor>
+    void addAnimationChannel(const NodeAccessor& node, const std::string& path, const std::vector<float>& input,
+                             const std::vector<float>& output, const std::string& interpolation, const float& time,
+                             const std::string& name, const std::optional<RangeConverter>& converter = std::nullopt,
+                             TransformPolicy policy = TransformPolicy::Default) {
+        addNodeChannel(*node.getNode(), path, input, output, interpolation, time, name, converter, policy);
+    }
     // The node given by its index and rest state; the rest state is used only
     // when the node has no channel yet.
     void addAnimationChannel(long nodeIndex, const TransformData& rest, const std::string& path,
@@ -79,6 +89,11 @@ public:
     Channel* findChannel(long nodeIndex) const;
     // Every channel applied to a copy of its rest state, in channel order.
     std::vector<TransformData> apply() const;
+
+    void addNodeChannel(const AbstractNode& node, const std::string& path, const std::vector<float>& input,
+                        const std::vector<float>& output, const std::string& interpolation, const float& time,
+                        const std::string& name, const std::optional<RangeConverter>& converter,
+                        TransformPolicy policy);
 
 private:
     void addChannelNodes(const AnimationChannelNode& channel, const AnimationSamplerNode& sampler, const float& time,
