@@ -275,6 +275,8 @@ class NodeEmitter:
                 o.append(f"    if (!{p}) failMissing({cstr(f.key)});")
                 if f.type == "ref":
                     o.append(f"    checkInitReference({target_const(f)}, *{p});")
+                if f.type == "index":
+                    o.append(f"    checkIndexReference({cstr(f.target)}, {cstr(f.key)}, *{p});")
                 o.append(f"    {self.assign_init(f)}")
             else:
                 if f.type == "ref":

@@ -85,6 +85,7 @@ SORVANE_GLTF2_ROOT_LIST(Samplers, samplers, sorvane_gltf2_SamplerList)
 SORVANE_GLTF2_ROOT_LIST(Textures, textures, sorvane_gltf2_TextureList)
 SORVANE_GLTF2_ROOT_LIST(Materials, materials, sorvane_gltf2_MaterialList)
 SORVANE_GLTF2_ROOT_LIST(Cameras, cameras, sorvane_gltf2_CameraList)
+SORVANE_GLTF2_ROOT_LIST(Animations, animations, sorvane_gltf2_AnimationList)
 
 #define SORVANE_GLTF2_NAME_LIST(Name, member)                                                                    \
     int32_t sorvane_gltf2_Gltf_get##Name##Size(int64_t* out, sorvane_gltf2_Gltf* self) {                         \

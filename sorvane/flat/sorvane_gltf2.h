@@ -69,6 +69,9 @@ SORVANE_API int32_t sorvane_gltf2_Gltf_removeMaterials(sorvane_gltf2_Gltf* self)
 SORVANE_API int32_t sorvane_gltf2_Gltf_getCameras(sorvane_gltf2_CameraList** out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_hasCameras(bool* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_removeCameras(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getAnimations(sorvane_gltf2_AnimationList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasAnimations(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeAnimations(sorvane_gltf2_Gltf* self);
 
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,

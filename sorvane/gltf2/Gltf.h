@@ -17,6 +17,7 @@
 #include "sorvane/gltf2/property/Asset.h"
 #include "sorvane/gltf2/property/Property.h"
 #include "sorvane/gltf2/property/accessor/AccessorList.h"
+#include "sorvane/gltf2/property/animation/AnimationList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
 #include "sorvane/gltf2/property/camera/CameraList.h"
@@ -63,6 +64,9 @@ struct SORVANE_API MaterialsKey {
 struct SORVANE_API CamerasKey {
     static constexpr const char* kKey = "cameras";
     static const std::shared_ptr<CameraNodes>& get(const RootNode& r) { return r.getCameras(); }
+struct SORVANE_API AnimationsKey {
+    static constexpr const char* kKey = "animations";
+    static const std::shared_ptr<AnimationNodes>& get(const RootNode& r) { return r.getAnimations(); }
 };
 struct SORVANE_API ExtensionsUsedKey {
     static constexpr const char* kKey = "extensionsUsed";
@@ -219,6 +223,7 @@ public:
     using Textures = RootList<TextureList, roots::TexturesKey>;
     using Materials = RootList<MaterialList, roots::MaterialsKey>;
     using Cameras = RootList<CameraList, roots::CamerasKey>;
+    using Animations = RootList<AnimationList, roots::AnimationsKey>;
     // "scene": the index of the default scene, checked against "scenes" when set.
     class SORVANE_API Scene : public Property {
     public:
@@ -292,6 +297,7 @@ public:
     Textures textures;
     Materials materials;
     Cameras cameras;
+    Animations animations;
     Scene scene;
 };
 

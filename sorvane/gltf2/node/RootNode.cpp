@@ -146,6 +146,7 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::textures_>("textures"),
         recordField<&RootNode::materials_>("materials"),
         recordField<&RootNode::cameras_>("cameras"),
+        recordField<&RootNode::animations_>("animations"),
         recordField<&RootNode::scene_>("scene"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
@@ -165,6 +166,7 @@ void RootNode::incompleteInit() {
     textures_.reset();
     materials_.reset();
     cameras_.reset();
+    animations_.reset();
 }
 
 void RootNode::init() {
@@ -203,6 +205,11 @@ void RootNode::setAccessors(const std::shared_ptr<AccessorNodes>& node) {
     accessors_ = node;
 }
 
+void RootNode::setAnimations(const std::shared_ptr<AnimationNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    animations_ = node;
+}
+
 BufferNodes& RootNode::buffers() {
     if (!buffers_) buffers_ = std::make_shared<BufferNodes>(shared_from_this());
     return *buffers_;
@@ -216,6 +223,11 @@ BufferViewNodes& RootNode::bufferViews() {
 AccessorNodes& RootNode::accessors() {
     if (!accessors_) accessors_ = std::make_shared<AccessorNodes>(shared_from_this());
     return *accessors_;
+}
+
+AnimationNodes& RootNode::animations() {
+    if (!animations_) animations_ = std::make_shared<AnimationNodes>(shared_from_this());
+    return *animations_;
 }
 
 void RootNode::__create() {

@@ -13,6 +13,7 @@
 #include "sorvane/gltf2/node/RecordNode.h"
 #include "sorvane/gltf2/node/StorageMode.h"
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
+#include "sorvane/gltf2/node/animation/AnimationNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
 #include "sorvane/gltf2/node/camera/CameraNodes.h"
@@ -108,6 +109,7 @@ public:
     const std::shared_ptr<BufferNodes>& getBuffers() const { return buffers_; }
     const std::shared_ptr<BufferViewNodes>& getBufferViews() const { return bufferViews_; }
     const std::shared_ptr<AccessorNodes>& getAccessors() const { return accessors_; }
+    const std::shared_ptr<AnimationNodes>& getAnimations() const { return animations_; }
     void setBuffers(const std::shared_ptr<BufferNodes>& node);
     void setBufferViews(const std::shared_ptr<BufferViewNodes>& node);
     void setAccessors(const std::shared_ptr<AccessorNodes>& node);
@@ -116,10 +118,12 @@ public:
     const std::shared_ptr<TextureNodes>& getTextures() const { return textures_; }
     const std::shared_ptr<MaterialNodes>& getMaterials() const { return materials_; }
     const std::shared_ptr<CameraNodes>& getCameras() const { return cameras_; }
+    void setAnimations(const std::shared_ptr<AnimationNodes>& node);
     // The list, made when absent.
     BufferNodes& buffers();
     BufferViewNodes& bufferViews();
     AccessorNodes& accessors();
+    AnimationNodes& animations();
 
 private:
     std::string toJsonText(bool compact) const;
@@ -142,6 +146,7 @@ private:
     std::shared_ptr<TextureNodes> textures_;
     std::shared_ptr<MaterialNodes> materials_;
     std::shared_ptr<CameraNodes> cameras_;
+    std::shared_ptr<AnimationNodes> animations_;
 };
 
 } // namespace sorvane::gltf2
