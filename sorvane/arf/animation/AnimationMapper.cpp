@@ -411,6 +411,11 @@ void AnimationMapper::runPlan(AnimationComponents& components, const AnimationDa
         }
         case Plan::JOINT: {
             float* target = blocks[t.set] + t.position * kJoint;
+            if (t.count == 1 && !steps[t.first].scaled && steps[t.first].merge == ANIMATION_MERGE_REPLACE) {
+                // A bypassed joint, the common case of a body tracker: one copy.
+                std::memcpy(target, frame + steps[t.first].source, sizeof(float) * kJoint);
+                break;
+            }
             float acc[kJoint], v[kJoint];
             std::memcpy(acc, target, sizeof acc);
             for (size_t k = t.first; k < t.first + t.count; ++k) {
