@@ -19,6 +19,10 @@
 #include "sorvane/gltf2/property/accessor/AccessorList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
+#include "sorvane/gltf2/property/mesh/MeshList.h"
+#include "sorvane/gltf2/property/node/NodeList.h"
+#include "sorvane/gltf2/property/scene/SceneList.h"
+#include "sorvane/gltf2/property/skin/SkinList.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -38,6 +42,22 @@ struct SORVANE_API BufferViewsKey {
 struct SORVANE_API AccessorsKey {
     static constexpr const char* kKey = "accessors";
     static const std::shared_ptr<AccessorNodes>& get(const RootNode& r) { return r.getAccessors(); }
+};
+struct SORVANE_API MeshesKey {
+    static constexpr const char* kKey = "meshes";
+    static const std::shared_ptr<MeshNodes>& get(const RootNode& r) { return r.getMeshes(); }
+};
+struct SORVANE_API NodesKey {
+    static constexpr const char* kKey = "nodes";
+    static const std::shared_ptr<NodeNodes>& get(const RootNode& r) { return r.getNodes(); }
+};
+struct SORVANE_API SkinsKey {
+    static constexpr const char* kKey = "skins";
+    static const std::shared_ptr<SkinNodes>& get(const RootNode& r) { return r.getSkins(); }
+};
+struct SORVANE_API ScenesKey {
+    static constexpr const char* kKey = "scenes";
+    static const std::shared_ptr<SceneNodes>& get(const RootNode& r) { return r.getScenes(); }
 };
 struct SORVANE_API ExtensionsUsedKey {
     static constexpr const char* kKey = "extensionsUsed";
@@ -189,6 +209,10 @@ public:
     using Buffers = RootList<BufferList, roots::BuffersKey>;
     using BufferViews = RootList<BufferViewList, roots::BufferViewsKey>;
     using Accessors = RootList<AccessorList, roots::AccessorsKey>;
+    using Meshes = RootList<MeshList, roots::MeshesKey>;
+    using Nodes = RootList<NodeList, roots::NodesKey>;
+    using Skins = RootList<SkinList, roots::SkinsKey>;
+    using Scenes = RootList<SceneList, roots::ScenesKey>;
     // "scene": the index of the default scene, checked against "scenes" when set.
     class SORVANE_API Scene : public Property {
     public:
@@ -244,6 +268,17 @@ public:
     std::string getMainFileName() const { return root->getMainFileName(); }
     std::shared_ptr<archive::FileProvider> getFileProvider() const { return root->getFileProvider(); }
 
+    // Per node: 2 for a joint of any skin, 1 for a node with a mesh at or
+    // below it, 0 otherwise. A joint that is also a mesh node fails.
+    std::vector<int32_t> getNodeTypes() const;
+    // The default scene's name, "Scene N" for one without a name, or a
+    // bracketed note when there is none or it is out of range.
+    std::string getSceneName() const;
+    // The first mesh depth first from the default scene's nodes; the empty
+    // accessor when there is none.
+    ::sorvane::gltf2::Mesh getFirstMesh() const;
+    ::sorvane::gltf2::Mesh* getFirstMeshPtr() const;
+
 private:
     Gltf(std::shared_ptr<RootNode> root, bool readOnly);
 
@@ -257,6 +292,10 @@ public:
     Buffers buffers;
     BufferViews bufferViews;
     Accessors accessors;
+    Meshes meshes;
+    Nodes nodes;
+    Skins skins;
+    Scenes scenes;
     Scene scene;
 };
 

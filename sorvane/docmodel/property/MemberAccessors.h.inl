@@ -177,6 +177,26 @@ public:
     }
 };
 
+// An optional list of numbers that reads as a default while absent (a glTF
+// node's "matrix" and its transform); the default is never written.
+template <class NodeT, class D>
+class SORVANE_API DefaultValueListMember : public ValueListMember<NodeT, D> {
+public:
+    using Base = ValueListMember<NodeT, D>;
+    using Element = typename D::Element;
+
+    static inline const std::vector<Element> defaultValue = D::defaultValue();
+
+    DefaultValueListMember() = default;
+    DefaultValueListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
+        : Base(root_, owner_, readOnly_) {}
+
+    void outputRepresentation(std::ostream& out) const override {
+        archive::JsonExporter exporter(out);
+        detail::writeValue(exporter, Base::get());
+    }
+};
+
 // Reads a reference forwards to the record it names, on top of get():
 // nothing in general; the data items' accessor module specialises it for
 // references to a data item (Mesh::DataItem, Skin::Weights), which then read

@@ -141,6 +141,10 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::buffers_>("buffers"),
         recordField<&RootNode::bufferViews_>("bufferViews"),
         recordField<&RootNode::accessors_>("accessors"),
+        recordField<&RootNode::meshes_>("meshes"),
+        recordField<&RootNode::nodes_>("nodes"),
+        recordField<&RootNode::skins_>("skins"),
+        recordField<&RootNode::scenes_>("scenes"),
         recordField<&RootNode::scene_>("scene"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
@@ -155,6 +159,10 @@ void RootNode::incompleteInit() {
     buffers_.reset();
     bufferViews_.reset();
     accessors_.reset();
+    meshes_.reset();
+    nodes_.reset();
+    skins_.reset();
+    scenes_.reset();
 }
 
 void RootNode::init() {

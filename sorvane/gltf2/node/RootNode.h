@@ -15,6 +15,10 @@
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
+#include "sorvane/gltf2/node/mesh/MeshNodes.h"
+#include "sorvane/gltf2/node/node/NodeNodes.h"
+#include "sorvane/gltf2/node/scene/SceneNodes.h"
+#include "sorvane/gltf2/node/skin/SkinNodes.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -111,6 +115,12 @@ public:
     BufferViewNodes& bufferViews();
     AccessorNodes& accessors();
 
+    // The scene graph lists; absent until read or first added to.
+    const std::shared_ptr<MeshNodes>& getMeshes() const { return meshes_; }
+    const std::shared_ptr<NodeNodes>& getNodes() const { return nodes_; }
+    const std::shared_ptr<SkinNodes>& getSkins() const { return skins_; }
+    const std::shared_ptr<SceneNodes>& getScenes() const { return scenes_; }
+
 private:
     std::string toJsonText(bool compact) const;
 
@@ -127,6 +137,10 @@ private:
     std::shared_ptr<BufferNodes> buffers_;
     std::shared_ptr<BufferViewNodes> bufferViews_;
     std::shared_ptr<AccessorNodes> accessors_;
+    std::shared_ptr<MeshNodes> meshes_;
+    std::shared_ptr<NodeNodes> nodes_;
+    std::shared_ptr<SkinNodes> skins_;
+    std::shared_ptr<SceneNodes> scenes_;
 };
 
 } // namespace sorvane::gltf2
