@@ -32,9 +32,9 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
         Data item = sourceItems.getByIndex(i);
         const std::string uri = item.uri.get();
         const bool embedded = uri.rfind("data:", 0) == 0;
-        std::vector<uint8_t> bytes(static_cast<size_t>(item.getDataSize()));
-        if (!bytes.empty()) item.getData(bytes.data(), static_cast<int64_t>(bytes.size()));
-        static const uint8_t none = 0;
+        // Sized by the checked read: a stored "byteLength" alone could claim any size.
+        const std::string bytes = item.getString();
+        static const char none = 0;
         // A file of its own keeps its name; parts of a shared file get names of their own.
         const char* keep = !embedded && uses[uri] == 1 ? uri.c_str() : nullptr;
         const std::string name = item.name.get();
