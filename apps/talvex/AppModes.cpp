@@ -13,6 +13,7 @@ sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createFrameworksMode(args::ArgumentParser& parser);
 sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfNodesMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
@@ -47,6 +48,7 @@ AppModes::AppModes() {
     addMode("animate", createAnimateMode);
     addCategory("glTF");
     addMode("gltf-info", createGltfInfoMode);
+    addMode("gltf-nodes", createGltfNodesMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
     addCategory("Images");

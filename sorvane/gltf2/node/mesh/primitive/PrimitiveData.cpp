@@ -153,6 +153,15 @@ DataTree PrimitiveData::targetsTensor(const RootNode& root, const std::string& p
     const AccessorComponentType type = decidingAccessor(root, path, *targets, chosenTargets(path, targets, selection),
                                                         key).getComponentType();
     const int64_t total = targetsData(root, path, targets, nullptr, 0, key, selection);
+    // The deciding accessor must hold what its count claims before a block of
+    // that size is allocated.
+    for (long index : chosenTargets(path, targets, selection)) {
+        const auto& map = (*targets)[static_cast<size_t>(index)];
+        auto found = map.find(key);
+        if (found == map.end()) continue;
+        BinaryData::getDataSize(targetAccessor(root, path, found->second));
+        break;
+    }
     void* block = std::malloc(total > 0 ? static_cast<size_t>(total) : 1);
     if (!block) SORVANE_THROW("In %s:\nOut of memory", path.c_str());
     try {
