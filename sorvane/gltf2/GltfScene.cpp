@@ -26,4 +26,10 @@ Mesh Gltf::getFirstMesh() const {
 
 Mesh* Gltf::getFirstMeshPtr() const { return new Mesh(getFirstMesh()); }
 
+bool isMeshNode(const NodeList& nodes, long index) {
+    const auto& list = nodes.getNode();
+    if (!list) SORVANE_THROW("Invalid node");
+    return NodeGraph::isMeshNode(*list, index);
+}
+
 } // namespace sorvane::gltf2

@@ -6,6 +6,7 @@
 
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/gltf2/Gltf.h"
+#include "sorvane/gltf2/node/node/NodeGraph.h"
 #include "tests/gltf2/GltfTestSupport.h"
 
 using namespace sorvane;
@@ -169,6 +170,8 @@ TEST(SceneViews, NodeTypesLookThroughDescendants) {
     Gltf gltf = fromText(R"({"asset":{"version":"2.0"},"meshes":[{"primitives":[]}],
         "nodes":[{"children":[1]},{"mesh":0},{"name":"joint"},{}],"skins":[{"joints":[2]}]})");
     EXPECT_EQ(gltf.getNodeTypes(), (std::vector<int32_t>{1, 1, 2, 0}));
+    EXPECT_TRUE(isMeshNode(gltf.nodes.get(), 0));
+    EXPECT_FALSE(isMeshNode(gltf.nodes.get(), 3));
 
     EXPECT_EQ(messageOf([] {
                   fromText(R"({"asset":{"version":"2.0"},"nodes":[{"mesh":0}],"skins":[{"joints":[0]}]})")

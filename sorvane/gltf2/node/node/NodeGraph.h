@@ -8,6 +8,7 @@
 
 namespace sorvane::gltf2 {
 
+class NodeList;
 class NodeNodes;
 class RootNode;
 
@@ -25,6 +26,10 @@ struct SORVANE_API NodeGraph {
     // default scene's nodes; -1 when there is none.
     static int64_t firstMesh(const RootNode& root);
 };
+
+// True when the node at `index` has a mesh or any node below it has one;
+// "In node %s:\nInvalid child id %ld" for a child outside the list.
+SORVANE_API bool isMeshNode(const NodeList& nodes, long index);
 
 } // namespace sorvane::gltf2
 
