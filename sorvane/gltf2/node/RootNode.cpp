@@ -146,7 +146,11 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::textures_>("textures"),
         recordField<&RootNode::materials_>("materials"),
         recordField<&RootNode::cameras_>("cameras"),
+        recordField<&RootNode::meshes_>("meshes"),
+        recordField<&RootNode::nodes_>("nodes"),
         recordField<&RootNode::animations_>("animations"),
+        recordField<&RootNode::skins_>("skins"),
+        recordField<&RootNode::scenes_>("scenes"),
         recordField<&RootNode::scene_>("scene"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
@@ -166,7 +170,11 @@ void RootNode::incompleteInit() {
     textures_.reset();
     materials_.reset();
     cameras_.reset();
+    meshes_.reset();
+    nodes_.reset();
     animations_.reset();
+    skins_.reset();
+    scenes_.reset();
 }
 
 void RootNode::init() {
