@@ -54,6 +54,21 @@ SORVANE_API int32_t sorvane_gltf2_Gltf_removeBufferViews(sorvane_gltf2_Gltf* sel
 SORVANE_API int32_t sorvane_gltf2_Gltf_getAccessors(sorvane_gltf2_AccessorList** out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_hasAccessors(bool* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_removeAccessors(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getImages(sorvane_gltf2_ImageList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasImages(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeImages(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getSamplers(sorvane_gltf2_SamplerList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasSamplers(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeSamplers(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getTextures(sorvane_gltf2_TextureList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasTextures(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeTextures(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getMaterials(sorvane_gltf2_MaterialList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasMaterials(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeMaterials(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getCameras(sorvane_gltf2_CameraList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasCameras(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeCameras(sorvane_gltf2_Gltf* self);
 
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,
