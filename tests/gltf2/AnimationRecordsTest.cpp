@@ -226,3 +226,26 @@ TEST(AnimationRecords, MixerTakesTracksFromTheDocument) {
     Gltf parsed = fromText(text);
     EXPECT_EQ(messageOf([&] { mixer.addAnimation(parsed.animations[0], time, "a"); }), "There is no nodes");
 }
+
+TEST(AnimationRecords, GlbFilesKeepTheirTracksAndTruncationsFail) {
+    talvex_test::GltfScratch scratch;
+    const std::string path = scratch.path("a.glb");
+    {
+        Gltf gltf = Gltf::create(path);
+        const float times[] = {0, 1}, values[] = {0, 10};
+        gltf.accessors.get().addDense(times, 2, ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR");
+        gltf.accessors.get().addDense(values, 2, ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR");
+        gltf.animations.get().add("a").samplers.add(int64_t(0), int64_t(1), nullptr);
+        gltf.save();
+    }
+    {
+        const Gltf loaded = Gltf::load(path, true);
+        float out = 0;
+        firstSampler(loaded).getSample(&out, 1, 0.25f);
+        EXPECT_FLOAT_EQ(out, 2.5f);
+    }
+    // A BIN chunk longer than the file: read whole and refused as before.
+    std::string bytes = scratch.read("a.glb");
+    scratch.write("a.glb", bytes.substr(0, bytes.size() - 4));
+    EXPECT_EQ(messageOf([&] { Gltf::load(path, true); }), "Error reading stream");
+}
