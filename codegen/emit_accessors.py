@@ -74,6 +74,8 @@ class AccessorEmitter:
                 return f"DefaultValueMember<{N}, {d}>"
             return f"ValueMember<{N}, {d}>"
         if f.is_list:
+            if f.read_default is not None:
+                return f"DefaultValueListMember<{N}, {d}>"
             return f"ValueListMember<{N}, {d}>"
         if f.type == "generic":
             return f"GenericMember<{N}, {d}>"
@@ -98,7 +100,7 @@ class AccessorEmitter:
             o.append(f"    using Value = {k['cpp']};")
             if f.read_default is not None:
                 t = "const char*" if f.type == "string" else k['cpp']
-                o.append(f"    static constexpr {t} kDefault = {literal(f.type, f.read_default)};")
+                o.append(f"    static constexpr {t} kDefault = {literal(f.type, f.read_default, f.enum)};")
             o.append(f"    static {k['ret']} get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const Value& v) {{ n.set{C}(v); }}")
             if f.read_default is not None:
@@ -114,8 +116,14 @@ class AccessorEmitter:
             o.append(f"    static void setValue({N}& n, int64_t i, const Element& v) {{ n.set{C}Value(i, v); }}")
             o.append(f"    static void addValue({N}& n, const Element& v) {{ n.add{C}Value(v); }}")
             o.append(f"    static void removeValue({N}& n, int64_t i) {{ n.remove{C}Value(i); }}")
+            if f.read_default is not None:
+                items = ", ".join(literal("number", v) for v in f.read_default)
+                o.append(f"    static std::vector<{E}> defaultValue() {{ return {{{items}}}; }}")
         else:
             t = f.base_type(self.records)
+            if f.type == "object" and f.optional and record.module == "gltf2":
+                # A glTF accessor's get makes an absent child on a writable document.
+                o.append("    static constexpr bool kCreateOnGet = true;")
             o.append(f"    static const {t}& get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const {t}& v) {{ n.set{C}(v); }}")
         if f.optional:

@@ -282,6 +282,8 @@ class NodeEmitter:
                 if f.type == "ref":
                     o.append(f"    if ({p}) checkInitReference({target_const(f)}, *{p});")
                 o.append(f"    if ({p}) {self.assign_init(f)}")
+        if record.init_hook:
+            o.append(f"    {record.init_hook}();")
         o.append("}")
         for f in record.fields:
             o.append("")
@@ -307,7 +309,7 @@ class NodeEmitter:
                     o.append(f"    static const std::string kDefault = {cstr(f.read_default)};")
                     o.append(f"    if (!{m}) return kDefault;")
                 else:
-                    o.append(f"    if (!{m}) return {literal(f.type, f.read_default)};")
+                    o.append(f"    if (!{m}) return {literal(f.type, f.read_default, f.enum)};")
                 o.append(f"    return *{m};")
                 o.append("}")
             o.append(f"void {N}::set{C}({k['param']} value) {{")
@@ -333,7 +335,11 @@ class NodeEmitter:
             T = f.element
             P = "const std::string&" if T == "std::string" else T
             R = "const std::string&" if T == "std::string" else T
-            if f.optional:
+            if f.optional and f.read_default is not None:
+                # Reads of the absent list see its default; writes still need the list.
+                cget = f"const std::vector<{T}>* list = {m} ? &*{m} : &get{C}();"
+                mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+            elif f.optional:
                 cget = f"const std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
                 mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
             else:
@@ -343,7 +349,12 @@ class NodeEmitter:
             tgt = target_const(f) if ref else None
             idx = f.type == "indices"
             o.append(f"const std::vector<{T}>& {N}::get{C}() const {{")
-            if f.optional:
+            if f.optional and f.read_default is not None:
+                items = ", ".join(literal("number", v) for v in f.read_default)
+                o.append(f"    static const std::vector<{T}> kDefault = {{{items}}};")
+                o.append(f"    if (!{m}) return kDefault;")
+                o.append(f"    return *{m};")
+            elif f.optional:
                 o.append(f"    if (!{m}) failNoValue({key});")
                 o.append(f"    return *{m};")
             else:

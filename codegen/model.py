@@ -65,7 +65,8 @@ class Field:
             raise SchemaError(f"{where}: '{self.type}' needs 'target'")
         if self.type == "enum" and not (self.enum and self.enum_header):
             raise SchemaError(f"{where}: 'enum' needs 'enum' and 'header'")
-        if self.read_default is not None and not (self.optional and self.type in ("string", "integer", "number", "boolean")):
+        if self.read_default is not None and not (
+                self.optional and self.type in ("string", "integer", "number", "boolean", "enum", "numbers")):
             raise SchemaError(f"{where}: 'readDefault' is for optional plain values")
 
     # The C++ member name; a suffix keeps keys such as "root" or "parent"
@@ -177,6 +178,11 @@ class Record:
         # and the generated class, beside the node's source; it adds
         # operations computed from the members (NodeNode's transform).
         self.node_base = desc.get("nodeBase")
+        # A method of that base which init calls last, for what init decides
+        # beyond storing its arguments (a camera's child by its type).
+        self.init_hook = desc.get("initHook")
+        if self.init_hook and not self.node_base:
+            raise SchemaError(f"{self.name}: 'initHook' needs 'nodeBase'")
         self.fields = [Field(self, f) for f in desc["fields"]]
         self.init_keys = desc.get("init", [])
         keys = [f.key for f in self.fields]

@@ -81,6 +81,7 @@ if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/
     "$work/venv/bin/python" -m pip install -q --no-build-isolation --no-deps "$work/python" >/dev/null
   "$work/venv/bin/python" examples/python/print_skeleton.py examples/avatar.arf.json
   "$work/venv/bin/python" examples/python/print_stream.py "$work/face.stream"
+  "$work/venv/bin/python" examples/python/animate.py examples/avatar.arf.json "$work/body.stream" | tail -4
 else
   echo "(skipped: python3-venv, python3-pip or python3-setuptools missing)"
 fi

@@ -80,6 +80,11 @@ int32_t sorvane_gltf2_Gltf_getAsset(sorvane_gltf2_Asset** out, sorvane_gltf2_Glt
 SORVANE_GLTF2_ROOT_LIST(Buffers, buffers, sorvane_gltf2_BufferList)
 SORVANE_GLTF2_ROOT_LIST(BufferViews, bufferViews, sorvane_gltf2_BufferViewList)
 SORVANE_GLTF2_ROOT_LIST(Accessors, accessors, sorvane_gltf2_AccessorList)
+SORVANE_GLTF2_ROOT_LIST(Images, images, sorvane_gltf2_ImageList)
+SORVANE_GLTF2_ROOT_LIST(Samplers, samplers, sorvane_gltf2_SamplerList)
+SORVANE_GLTF2_ROOT_LIST(Textures, textures, sorvane_gltf2_TextureList)
+SORVANE_GLTF2_ROOT_LIST(Materials, materials, sorvane_gltf2_MaterialList)
+SORVANE_GLTF2_ROOT_LIST(Cameras, cameras, sorvane_gltf2_CameraList)
 SORVANE_GLTF2_ROOT_LIST(Animations, animations, sorvane_gltf2_AnimationList)
 
 #define SORVANE_GLTF2_NAME_LIST(Name, member)                                                                    \

@@ -20,6 +20,11 @@
 #include "sorvane/gltf2/property/animation/AnimationList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
+#include "sorvane/gltf2/property/camera/CameraList.h"
+#include "sorvane/gltf2/property/image/ImageList.h"
+#include "sorvane/gltf2/property/material/MaterialList.h"
+#include "sorvane/gltf2/property/sampler/SamplerList.h"
+#include "sorvane/gltf2/property/texture/TextureList.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -39,6 +44,26 @@ struct SORVANE_API BufferViewsKey {
 struct SORVANE_API AccessorsKey {
     static constexpr const char* kKey = "accessors";
     static const std::shared_ptr<AccessorNodes>& get(const RootNode& r) { return r.getAccessors(); }
+};
+struct SORVANE_API ImagesKey {
+    static constexpr const char* kKey = "images";
+    static const std::shared_ptr<ImageNodes>& get(const RootNode& r) { return r.getImages(); }
+};
+struct SORVANE_API SamplersKey {
+    static constexpr const char* kKey = "samplers";
+    static const std::shared_ptr<SamplerNodes>& get(const RootNode& r) { return r.getSamplers(); }
+};
+struct SORVANE_API TexturesKey {
+    static constexpr const char* kKey = "textures";
+    static const std::shared_ptr<TextureNodes>& get(const RootNode& r) { return r.getTextures(); }
+};
+struct SORVANE_API MaterialsKey {
+    static constexpr const char* kKey = "materials";
+    static const std::shared_ptr<MaterialNodes>& get(const RootNode& r) { return r.getMaterials(); }
+};
+struct SORVANE_API CamerasKey {
+    static constexpr const char* kKey = "cameras";
+    static const std::shared_ptr<CameraNodes>& get(const RootNode& r) { return r.getCameras(); }
 };
 struct SORVANE_API AnimationsKey {
     static constexpr const char* kKey = "animations";
@@ -194,6 +219,11 @@ public:
     using Buffers = RootList<BufferList, roots::BuffersKey>;
     using BufferViews = RootList<BufferViewList, roots::BufferViewsKey>;
     using Accessors = RootList<AccessorList, roots::AccessorsKey>;
+    using Images = RootList<ImageList, roots::ImagesKey>;
+    using Samplers = RootList<SamplerList, roots::SamplersKey>;
+    using Textures = RootList<TextureList, roots::TexturesKey>;
+    using Materials = RootList<MaterialList, roots::MaterialsKey>;
+    using Cameras = RootList<CameraList, roots::CamerasKey>;
     using Animations = RootList<AnimationList, roots::AnimationsKey>;
     // "scene": the index of the default scene, checked against "scenes" when set.
     class SORVANE_API Scene : public Property {
@@ -263,6 +293,11 @@ public:
     Buffers buffers;
     BufferViews bufferViews;
     Accessors accessors;
+    Images images;
+    Samplers samplers;
+    Textures textures;
+    Materials materials;
+    Cameras cameras;
     Animations animations;
     Scene scene;
 };

@@ -16,6 +16,7 @@
 namespace sorvane::arf {
 
 class Arf;
+class AnimationMapperPlan;
 class AnimationLinkNode;
 class AnimationLinkNodes;
 class UnitAnimationSample;
@@ -63,6 +64,7 @@ public:
 
     // The operators by location only, never the plan (for comparison).
     void updateComponentsKeyed(AnimationComponents* components, const AnimationData* data) const;
+    void updateComponentsKeyed(AnimationComponents* components, const UnitAnimationSample* sample) const;
     // Whether the plan serves this frame and these components.
     bool planFits(const AnimationComponents& components, const AnimationData& data) const;
 
@@ -70,8 +72,6 @@ public:
     DataTree* buildDescriptionPtr() const;
 
 private:
-    struct Plan;
-
     bool processAnimationInfo(long frameworkId, const AnimationLocation& base, const Arf& arf,
                               const AnimationLinkNodes& links, const std::unordered_map<long, long>& ids);
     void processAnimationLink(long frameworkId, const AnimationLocation& base, const Arf& arf, const AnimationLinkNode& link,
@@ -80,7 +80,7 @@ private:
     void insertOperator(const AnimationLocation& target, const AnimationOperatorRef& op);
     void compilePlan();
     void runKeyed(AnimationComponents& components, const AnimationData& data, bool checkTargets) const;
-    void runPlan(AnimationComponents& components, const AnimationData& data) const;
+    void runSampleKeyed(AnimationComponents& components, const UnitAnimationSample* sample, AnimationUnitType kind) const;
 
     AnimationMergeType firstMerge = ANIMATION_MERGE_REPLACE;
     AnimationFrameworkRef framework;
@@ -88,7 +88,7 @@ private:
     // The sets' ids as the document gives them (ascending, repeated ids
     // once): what components made from it hold.
     std::map<AnimationLocation, std::vector<long>> documentSets;
-    std::shared_ptr<const Plan> plan;
+    std::shared_ptr<const AnimationMapperPlan> plan;
 };
 
 } // namespace sorvane::arf

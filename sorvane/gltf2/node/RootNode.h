@@ -16,6 +16,11 @@
 #include "sorvane/gltf2/node/animation/AnimationNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
+#include "sorvane/gltf2/node/camera/CameraNodes.h"
+#include "sorvane/gltf2/node/image/ImageNodes.h"
+#include "sorvane/gltf2/node/material/MaterialNodes.h"
+#include "sorvane/gltf2/node/sampler/SamplerNodes.h"
+#include "sorvane/gltf2/node/texture/TextureNodes.h"
 
 namespace sorvane::archive {
 class FileProvider;
@@ -108,6 +113,11 @@ public:
     void setBuffers(const std::shared_ptr<BufferNodes>& node);
     void setBufferViews(const std::shared_ptr<BufferViewNodes>& node);
     void setAccessors(const std::shared_ptr<AccessorNodes>& node);
+    const std::shared_ptr<ImageNodes>& getImages() const { return images_; }
+    const std::shared_ptr<SamplerNodes>& getSamplers() const { return samplers_; }
+    const std::shared_ptr<TextureNodes>& getTextures() const { return textures_; }
+    const std::shared_ptr<MaterialNodes>& getMaterials() const { return materials_; }
+    const std::shared_ptr<CameraNodes>& getCameras() const { return cameras_; }
     void setAnimations(const std::shared_ptr<AnimationNodes>& node);
     // The list, made when absent.
     BufferNodes& buffers();
@@ -131,6 +141,11 @@ private:
     std::shared_ptr<BufferNodes> buffers_;
     std::shared_ptr<BufferViewNodes> bufferViews_;
     std::shared_ptr<AccessorNodes> accessors_;
+    std::shared_ptr<ImageNodes> images_;
+    std::shared_ptr<SamplerNodes> samplers_;
+    std::shared_ptr<TextureNodes> textures_;
+    std::shared_ptr<MaterialNodes> materials_;
+    std::shared_ptr<CameraNodes> cameras_;
     std::shared_ptr<AnimationNodes> animations_;
 };
 

@@ -9,6 +9,7 @@
 #include "AnimationTestUtil.h"
 #include "sorvane/arf/animation/AnimationMapper.h"
 #include "sorvane/arf/animation/stream/BlendshapeAnimationSample.h"
+#include "sorvane/arf/animation/stream/JointAnimationSample.h"
 #include "sorvane/arf/animation/stream/SilentAnimationSample.h"
 #include "sorvane/core/math.h"
 
@@ -68,6 +69,20 @@ TEST(AnimationMapper, LinearAssociationsSumFromScratch) {
     EXPECT_EQ(0.25f, static_cast<const AnimationMulOperator&>(*ops[1].get()).weight);
     EXPECT_EQ("No operator for 'BlendshapeSet[001](001)'",
               failure([&] { mapper.getOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1}); }));
+
+    // Chains of other merges: target 2 is then multiplied by input 3, target 1
+    // takes input 4 and adds twice input 5.
+    AnimationMapper chains(arf, AnimationFramework::create(kMediapipe, 0));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 2},
+                       AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 3}, ANIMATION_MERGE_MUL));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1},
+                       AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 4}, ANIMATION_MERGE_SUM));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1},
+                       AnimationMulOperatorRef({ANIMATION_LOCATION_STREAM, 0, 5}, 2.0f, ANIMATION_MERGE_SUM));
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 3})->data()[0] = 0.5f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 4})->data()[0] = 0.125f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 5})->data()[0] = 0.25f;
+    EXPECT_EQ((std::vector<float>{0.2f, 0.625f, 0.6f * 0.5f}), bothPaths(chains, c, *frame, 1));
 }
 
 TEST(AnimationMapper, SamplesAndStaleTargets) {
@@ -94,9 +109,12 @@ TEST(AnimationMapper, SamplesAndStaleTargets) {
         sample.setBlendshapeId(i, ids[i]);
         sample.setBlendshapeWeight(i, weights[i]);
     }
+    AnimationComponents keyed = c;
     mapper.updateComponents(&c, static_cast<const UnitAnimationSample*>(&sample));
+    mapper.updateComponentsKeyed(&keyed, &sample);
     // Target 0 from inputs 1 (the first of the repeated ids) and 2; target 2 lacks input 25.
     EXPECT_EQ((std::vector<float>{0.2f, 0.7f, 0.5f}), c.getBlendshapeWeights(1));
+    EXPECT_EQ(keyed.getBlendshapeWeights(1), c.getBlendshapeWeights(1));
 
     SilentAnimationSample silent;
     EXPECT_EQ("Invalid or unsupported unit animation sample",
@@ -190,6 +208,9 @@ TEST(AnimationMapper, JointPlanMatchesKeyed) {
         return planned.getJointTransforms(1);
     };
     EXPECT_EQ(pose, compare());
+    // Copies own their sets: the start is still the rest pose.
+    EXPECT_NE(pose, start.getJointTransforms(1));
+    EXPECT_EQ(AnimationComponents(arf).getJointTransforms(1), start.getJointTransforms(1));
 
     // Joint 1 then multiplies by joint 2's matrix from the left; joint 3 adds
     // a scaled copy of joint 0.
@@ -206,6 +227,33 @@ TEST(AnimationMapper, JointPlanMatchesKeyed) {
     // A source the frame lacks leaves its target whole on both paths.
     mapper.addOperator({ANIMATION_LOCATION_SKELETON, 1, 0},
                        AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 40}, ANIMATION_MERGE_SUM));
+    // A joint sample naming inputs 2 and 0 (twice: the first wins) and an
+    // unknown 9: only joint 2 has all its sources; joint 0 now also needs
+    // input 40, joints 1 and 3 their own inputs, and they keep their values.
+    JointAnimationSample sample;
+    sample.setJointCount(4);
+    const long ids[4] = {2, 0, 9, 0};
+    for (long k = 0; k < 4; ++k) {
+        sample.getJoints()[static_cast<size_t>(k)].id = ids[k];
+        for (long e = 0; e < 16; ++e) sample.getJoints()[static_cast<size_t>(k)].transform[e] = static_cast<float>(k * 16 + e);
+    }
+    AnimationComponents fromSample = start, fromSampleKeyed = start;
+    mapper.updateComponents(&fromSample, &sample);
+    mapper.updateComponentsKeyed(&fromSampleKeyed, &sample);
+    EXPECT_EQ(fromSampleKeyed.getJointTransforms(1), fromSample.getJointTransforms(1));
+    for (long joint : {0L, 1L, 3L}) EXPECT_EQ(start.getJointTransform(1, joint), fromSample.getJointTransform(1, joint));
+    EXPECT_EQ(std::vector<float>(sample.getJoints()[0].transform, sample.getJoints()[0].transform + 16),
+              fromSample.getJointTransform(1, 2));
+    // Without joint 0's extra operator, the first of the repeated id 0 drives it.
+    AnimationMapper direct(arf, body);
+    AnimationComponents fresh = start, freshKeyed = start;
+    direct.updateComponents(&fresh, &sample);
+    direct.updateComponentsKeyed(&freshKeyed, &sample);
+    EXPECT_EQ(freshKeyed.getJointTransforms(1), fresh.getJointTransforms(1));
+    EXPECT_EQ(std::vector<float>(sample.getJoints()[1].transform, sample.getJoints()[1].transform + 16),
+              fresh.getJointTransform(1, 0));
+    EXPECT_EQ(start.getJointTransform(1, 1), fresh.getJointTransform(1, 1));
+
     const std::vector<float> missing = compare();
     EXPECT_EQ(start.getJointTransform(1, 0), std::vector<float>(missing.begin(), missing.begin() + 16));
 }
