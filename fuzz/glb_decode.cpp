@@ -1,6 +1,7 @@
 // Arbitrary bytes decoded as a .glb; when they load, every accessor is read
-// as a tensor, every animation sampler is resampled at 30 fps and mixed, and
-// the document is saved into a memory store.
+// as a tensor, the scene graph is walked (node types, first mesh), every
+// primitive's joints and morph stacks are built, every animation sampler is
+// resampled at 30 fps and mixed, and the document is saved into a memory store.
 #include <cstdint>
 #include <iostream>
 #include <memory>
@@ -60,6 +61,30 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             try {
                 gltf.accessors.getByIndex(i).getTensor();
             } catch (const sorvane::RuntimeException&) {
+            }
+        }
+        for (auto walk : {+[](const sorvane::gltf2::Gltf& g) { g.getNodeTypes(); },
+                          +[](const sorvane::gltf2::Gltf& g) { g.getFirstMesh(); },
+                          +[](const sorvane::gltf2::Gltf& g) { g.getSceneName(); }}) {
+            try {
+                walk(gltf);
+            } catch (const sorvane::RuntimeException&) {
+            }
+        }
+        for (int64_t m = 0; m < gltf.meshes.size(); ++m) {
+            const sorvane::gltf2::Mesh mesh = gltf.meshes.getByIndex(m);
+            for (int64_t p = 0; p < mesh.primitives.size(); ++p) {
+                const sorvane::gltf2::Primitive primitive = mesh.primitives.getByIndex(p);
+                try {
+                    primitive.attributes.getJointsTensor(-1, 4);
+                } catch (const sorvane::RuntimeException&) {
+                }
+                for (const char* key : {"POSITION", "NORMAL", "TANGENT"}) {
+                    try {
+                        primitive.targets.getTensor(key);
+                    } catch (const sorvane::RuntimeException&) {
+                    }
+                }
             }
         }
         sampleAnimations(gltf);

@@ -35,6 +35,7 @@ SORVANE_API void sorvane_clearErrorMessage(void);
 #include "sorvane/flat/sorvane_gltf2_extensions.h"
 #include "sorvane/flat/sorvane_datatree.h"
 #include "sorvane/flat/sorvane_image.h"
+#include "sorvane/flat/sorvane_media.h"
 #include "sorvane/flat/sorvane_stream.h"
 #include "sorvane/flat/sorvane_tools.h"
 #include "sorvane/flat/sorvane_animation.h"

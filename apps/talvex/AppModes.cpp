@@ -13,6 +13,7 @@ sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createFrameworksMode(args::ArgumentParser& parser);
 sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfNodesMode(args::ArgumentParser& parser);
 sorvane::Mode* createGltfAnimMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
@@ -48,6 +49,7 @@ AppModes::AppModes() {
     addMode("animate", createAnimateMode);
     addCategory("glTF");
     addMode("gltf-info", createGltfInfoMode);
+    addMode("gltf-nodes", createGltfNodesMode);
     addMode("gltf-anim", createGltfAnimMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);

@@ -2,6 +2,9 @@
 
 #include <cstring>
 
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/file.h"
+
 namespace sorvane {
 
 long countPatterns(const std::string& text, const char* pattern) {
@@ -27,6 +30,18 @@ long countWords(const std::string& text) {
         inWord = !blank;
     }
     return count;
+}
+
+DataTree loadMesh(const std::string& path) {
+    const std::string extension = getFileExtension(path);
+    if (extension == ".obj") return loadObj(path);
+    SORVANE_THROW("Unsupported file extension %s", extension.c_str());
+}
+
+void saveMesh(const std::string& path, const DataTree& mesh, bool) {
+    const std::string extension = getFileExtension(path);
+    if (extension == ".obj") return saveObj(path, mesh);
+    SORVANE_THROW("Unsupported file extension %s", extension.c_str());
 }
 
 } // namespace sorvane

@@ -19,7 +19,11 @@
 #include "sorvane/gltf2/node/camera/CameraNodes.h"
 #include "sorvane/gltf2/node/image/ImageNodes.h"
 #include "sorvane/gltf2/node/material/MaterialNodes.h"
+#include "sorvane/gltf2/node/mesh/MeshNodes.h"
+#include "sorvane/gltf2/node/node/NodeNodes.h"
 #include "sorvane/gltf2/node/sampler/SamplerNodes.h"
+#include "sorvane/gltf2/node/scene/SceneNodes.h"
+#include "sorvane/gltf2/node/skin/SkinNodes.h"
 #include "sorvane/gltf2/node/texture/TextureNodes.h"
 
 namespace sorvane::archive {
@@ -125,6 +129,12 @@ public:
     AccessorNodes& accessors();
     AnimationNodes& animations();
 
+    // The scene graph lists; absent until read or first added to.
+    const std::shared_ptr<MeshNodes>& getMeshes() const { return meshes_; }
+    const std::shared_ptr<NodeNodes>& getNodes() const { return nodes_; }
+    const std::shared_ptr<SkinNodes>& getSkins() const { return skins_; }
+    const std::shared_ptr<SceneNodes>& getScenes() const { return scenes_; }
+
 private:
     std::string toJsonText(bool compact) const;
 
@@ -146,7 +156,11 @@ private:
     std::shared_ptr<TextureNodes> textures_;
     std::shared_ptr<MaterialNodes> materials_;
     std::shared_ptr<CameraNodes> cameras_;
+    std::shared_ptr<MeshNodes> meshes_;
+    std::shared_ptr<NodeNodes> nodes_;
     std::shared_ptr<AnimationNodes> animations_;
+    std::shared_ptr<SkinNodes> skins_;
+    std::shared_ptr<SceneNodes> scenes_;
 };
 
 } // namespace sorvane::gltf2

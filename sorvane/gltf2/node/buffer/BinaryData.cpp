@@ -45,8 +45,7 @@ void locate(const BufferNode& buffer, BufferBytes& bytes) {
         bytes.size = static_cast<int64_t>(shared->data.size());
         return;
     }
-    const std::string path = buffer.getNodePath();
-    if (!buffer.hasUri()) SORVANE_THROW("%s has no uri", path.c_str());
+    if (!buffer.hasUri()) SORVANE_THROW("%s has no uri", buffer.getNodePath().c_str());
     const std::string& uri = buffer.getUri();
     if (!startsWith(uri, kDataPrefix)) {
         if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri.c_str());
@@ -74,15 +73,15 @@ void locate(const BufferNode& buffer, BufferBytes& bytes) {
         bytes.size = size;
     }
     if (bytes.size != buffer.getByteLength())
-        SORVANE_THROW("In %s: Invalid byteLength %ld >= %ld", path.c_str(), static_cast<long>(bytes.size),
+        SORVANE_THROW("In %s: Invalid byteLength %ld >= %ld", buffer.getNodePath().c_str(), static_cast<long>(bytes.size),
                       static_cast<long>(buffer.getByteLength()));
 }
 
-// The node's path is made only for a message: finding it walks the list.
+// A node's path walks its list to find its position: it is made only for a
+// message, so that reading every accessor of a long list stays linear.
 const BufferViewNode& viewOf(const AccessorNode& accessor, const RootNode& root) {
     const auto& views = root.getBufferViews();
-    if (!views)
-        SORVANE_THROW("Getting data from %s\n:There is no buffer views", accessor.getNodePath().c_str());
+    if (!views) SORVANE_THROW("Getting data from %s\n:There is no buffer views", accessor.getNodePath().c_str());
     if (!accessor.hasBufferView())
         SORVANE_THROW("Getting data from %s\n:Buffer view is not defined", accessor.getNodePath().c_str());
     return *views->getByIndex(accessor.getBufferView());
@@ -145,6 +144,8 @@ int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSi
         } else if (stride != 0 && stride != valueSize) {
             SORVANE_THROW("byteStrire != valueSize not implemented");
         }
+        // Before any arithmetic with it: a very negative offset would overflow.
+        if (byteOffset < 0) SORVANE_THROW("Invalid offset %ld", static_cast<long>(byteOffset));
         int64_t length = 0;
         if (!sizeGiven || !countGiven) {
             length = byteLength - byteOffset;
@@ -212,12 +213,12 @@ DataTree BinaryData::getTensor(const AccessorNode& accessor) {
 DataTree* BinaryData::getTensorPtr(const AccessorNode& accessor) { return new DataTree(getTensor(accessor)); }
 
 DataTree BinaryData::getDataArray(const AccessorNode& accessor) {
-    const std::string path = accessor.getNodePath();
-    if (getDims(accessor).size() != 1) SORVANE_THROW("Getting data from %s:\nAccessor is not 1D", path.c_str());
+    const auto path = [&] { return accessor.getNodePath(); };
+    if (getDims(accessor).size() != 1) SORVANE_THROW("Getting data from %s:\nAccessor is not 1D", path().c_str());
     std::shared_ptr<RootNode> root = rootOf(accessor);
     const auto& views = root->getBufferViews();
-    if (!views) SORVANE_THROW("Getting data from %s:\nThere is no buffer views", path.c_str());
-    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s:\nBuffer view is not defined", path.c_str());
+    if (!views) SORVANE_THROW("Getting data from %s:\nThere is no buffer views", path().c_str());
+    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s:\nBuffer view is not defined", path().c_str());
     const BufferViewNode& view = *views->getByIndex(accessor.getBufferView());
     const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
     const int64_t count = accessorValueCount(accessor);
