@@ -195,7 +195,7 @@ void BM_GltfSkinnedMorphAnimated(benchmark::State& state) {
         const Primitive primitive = gltf.meshes.getByIndex(0).primitives.getByIndex(0);
         for (const auto& attribute : primitive.attributes.get())
             benchmark::DoNotOptimize(gltf.accessors.getByIndex(attribute.second).getTensor());
-        benchmark::DoNotOptimize(gltf.accessors.getByIndex(primitive.indices.get()).getTensor());
+        benchmark::DoNotOptimize(primitive.indices.get().getTensor());
         benchmark::DoNotOptimize(primitive.attributes.getJointsTensor(-1, 4));
         benchmark::DoNotOptimize(primitive.targets.getTensor("POSITION"));
 #else
