@@ -9,30 +9,44 @@ from emit_flat import FlatEmitter, Function, handle, lower_first
 from emit_nodes import cstr
 
 
+def header_path(module):
+    return f"sorvane/flat/sorvane_{module}_extensions_generated.h"
+
+
+def source_path(module):
+    return f"sorvane/flat/{module}_extensions_generated.cpp"
+
+
 class FlatExtensionEmitter:
-    HEADER = "sorvane/flat/sorvane_arf_extensions_generated.h"
-    SOURCE = "sorvane/flat/arf_extensions_generated.cpp"
+    """One header and one source per module, written with its first record."""
 
     def __init__(self, records):
-        self.records = {k: r for k, r in records.items() if r.module == "arf"}
+        self.records = records
+
+    def of_module(self, module):
+        return [r for r in self.records.values() if r.module == module]
 
     def first(self, record):
-        return bool(self.records) and record is next(iter(self.records.values()))
+        return record is self.of_module(record.module)[0]
 
     def outputs(self, record):
-        return [self.HEADER, self.SOURCE] if self.first(record) else []
+        return [header_path(record.module), source_path(record.module)] if self.first(record) else []
 
     def emit(self, record):
-        return {self.HEADER: self.header(), self.SOURCE: self.source()} if self.first(record) else {}
+        if not self.first(record):
+            return {}
+        m = record.module
+        return {header_path(m): self.header(m), source_path(m): self.source(m)}
 
     def list_functions(self, record):
         L = record.name + "List"
         null = cstr(lower_first(L) + " is NULL")
         h = f"{handle(L, record.module)}* self"
         p = f"{handle(L, record.module)}_"
-        by_id = "a.remove(id)" if record.id_field else "a.removeByIndex(id)"
+        by = "id" if record.id_field else "index"
+        by_id = "a.remove(id)" if record.id_field else "a.removeByIndex(index)"
         return [
-            Function(f"{p}remove", [h, "int64_t id"],
+            Function(f"{p}remove", [h, f"int64_t {by}"],
                      f"return flat::call({null}, self, [&](auto& a) {{ {by_id}; }});",
                      doc="removes the record " + ("with this id" if record.id_field else "at this index")
                      + "; references to it are left dangling"),
@@ -56,7 +70,7 @@ class FlatExtensionEmitter:
         if f.type == "list":
             # The list accessor of an absent optional list has no node to add
             # to; through its owner the list is made on the first record.
-            target = self.records.get((record.module, f.of))
+            target = self.records.find(record.module, f.of)
             if target is not None:
                 params, args = FlatEmitter.init_params(None, target)
                 fns.append(Function(f"{p}add{C}", [f"{handle(target)}** out", h] + params,
@@ -77,29 +91,31 @@ class FlatExtensionEmitter:
             fns += self.list_functions(record)
         return fns
 
-    def source(self):
-        o = ["// Generated from schema/ by codegen/generate.py: do not edit.", "#include <string>", ""]
-        for r in self.records.values():
+    def source(self, module):
+        o = ["// Generated from schema/ by codegen/generate.py: do not edit.", "#include <optional>",
+             "#include <string>", ""]
+        for r in self.of_module(module):
             o.append(f'#include "sorvane/{accessor_source(r)}.h"')
             if r.has_list:
                 o.append(f'#include "sorvane/{list_accessor_source(r)}.h"')
         o += ['#include "sorvane/flat/Frame.h"', '#include "sorvane/sorvane.h"', "",
               "namespace flat = sorvane::flat;", "", 'extern "C" {', ""]
-        for r in self.records.values():
+        for r in self.of_module(module):
             for fn in self.functions(r):
                 o += [fn.definition(), ""]
         o.append('} // extern "C"')
         return "\n".join(o) + "\n"
 
-    def header(self):
+    def header(self, module):
+        M = module.upper()
         o = ["/* Generated from schema/ by codegen/generate.py: do not edit.",
              " * Extensions: calls beyond the accessor families, for C callers that edit",
-             " * documents. Included by sorvane/flat/sorvane_arf_extensions.h. */",
-             "#ifndef SORVANE_FLAT_SORVANE_ARF_EXTENSIONS_GENERATED_H",
-             "#define SORVANE_FLAT_SORVANE_ARF_EXTENSIONS_GENERATED_H", "",
-             '#include "sorvane/flat/sorvane_arf_generated.h"', "",
+             f" * documents. Included by sorvane/flat/sorvane_{module}_extensions.h. */",
+             f"#ifndef SORVANE_FLAT_SORVANE_{M}_EXTENSIONS_GENERATED_H",
+             f"#define SORVANE_FLAT_SORVANE_{M}_EXTENSIONS_GENERATED_H", "",
+             f'#include "sorvane/flat/sorvane_{module}_generated.h"', "",
              "#ifdef __cplusplus", 'extern "C" {', "#endif", ""]
-        for r in self.records.values():
+        for r in self.of_module(module):
             fns = self.functions(r)
             if not fns:
                 continue

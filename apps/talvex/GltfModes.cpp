@@ -11,6 +11,7 @@
 
 #include "sorvane/core/file.h"
 #include "sorvane/gltf2/Gltf.h"
+#include "sorvane/gltf2/GltfCopy.h"
 #include "sorvane/tools/Mode.h"
 
 namespace talvex_app {
@@ -76,58 +77,7 @@ bool isGltfPath(const std::string& path) {
 
 void convertGltf(const std::string& input, const std::string& output) {
     const Gltf source = Gltf::load(input, true);
-    Gltf target = Gltf::create(output);
-    RootNode& root = *target.getRoot();
-    const RootNode& from = *source.getRoot();
-
-    AssetNode& asset = *root.getAsset();
-    const AssetNode& sourceAsset = *from.getAsset();
-    asset.setVersion(sourceAsset.getVersion());
-    if (sourceAsset.hasGenerator()) asset.setGenerator(sourceAsset.getGenerator());
-    if (sourceAsset.hasCopyright()) asset.setCopyright(sourceAsset.getCopyright());
-    if (sourceAsset.hasMinVersion()) asset.setMinVersion(sourceAsset.getMinVersion());
-    root.getExtensionsUsed() = from.getExtensionsUsed();
-    root.getExtensionsRequired() = from.getExtensionsRequired();
-
-    // Every buffer into the one shared buffer, each at a multiple of 4.
-    std::vector<int64_t> base;
-    const int64_t bufferCount = source.buffers.size();
-    const bool textTarget = target.getStorageMode() == MULTIPLE_FILES;
-    if (bufferCount > 0 && textTarget) root.beginSharedBuffer(false, nullptr);
-    int64_t shared = -1;
-    for (int64_t i = 0; i < bufferCount; ++i) {
-        const std::string bytes = source.buffers.getByIndex(i).getString(0, -1, 1, -1);
-        root.appendSharedBuffer(nullptr, 0, 4, false);
-        base.push_back(root.appendSharedBuffer(bytes.data(), static_cast<int64_t>(bytes.size()), 1, false));
-        shared = root.getSharedBuffer()->bufferIndex;
-    }
-
-    for (int64_t i = 0; i < source.bufferViews.size(); ++i) {
-        const BufferViewNode& view = *source.bufferViews.getByIndex(i).getNode();
-        auto copy = root.bufferViews().add(std::nullopt, view.getByteLength(),
-                                           view.hasName() ? view.getName().c_str() : nullptr);
-        const int64_t buffer = view.getBuffer();
-        if (buffer < 0 || buffer >= bufferCount)
-            throw std::runtime_error("bufferViews[" + std::to_string(i) + "]: no buffer " + std::to_string(buffer));
-        copy->setBuffer(shared);
-        copy->setByteOffset(base[static_cast<size_t>(buffer)] + (view.hasByteOffset() ? view.getByteOffset() : 0));
-        if (view.hasByteStride()) copy->setByteStride(view.getByteStride());
-        if (view.hasTarget()) copy->setTarget(view.getTarget());
-    }
-
-    for (int64_t i = 0; i < source.accessors.size(); ++i) {
-        const AccessorNode& accessor = *source.accessors.getByIndex(i).getNode();
-        auto copy = root.accessors().add(accessor.getComponentType(), accessor.getCount(), accessor.getType().c_str(),
-                                         accessor.hasName() ? accessor.getName().c_str() : nullptr);
-        if (accessor.hasBufferView()) copy->setBufferView(accessor.getBufferView());
-        if (accessor.hasByteOffset()) copy->setByteOffset(accessor.getByteOffset());
-        if (accessor.hasNormalized()) copy->setNormalized(accessor.getNormalized());
-        if (accessor.hasMax()) copy->setMax(accessor.getMax());
-        if (accessor.hasMin()) copy->setMin(accessor.getMin());
-    }
-
-    if (bufferCount > 0 && textTarget) root.endSharedBuffer();
-    target.save();
+    sorvane::gltf2::saveGltfAs(source, output);
 }
 
 sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser) { return new GltfInfoMode(parser); }

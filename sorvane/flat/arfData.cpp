@@ -5,6 +5,7 @@
 #include "sorvane/arf/property/data/DataList.h"
 #include "sorvane/datatree/DataTree.h"
 #include "sorvane/flat/Frame.h"
+#include "sorvane/gltf2/Gltf.h"
 #include "sorvane/sorvane.h"
 
 namespace flat = sorvane::flat;
@@ -54,6 +55,10 @@ int32_t sorvane_arf_Data_getTensorData(int64_t* out, int32_t* pdtype, int64_t* d
         for (size_t i = 0; dims && i < sizes.size() && static_cast<int64_t>(i) < dimsCapacity; ++i) dims[i] = sizes[i];
         return bytes;
     });
+}
+
+int32_t sorvane_arf_Data_getGltf(sorvane_gltf2_Gltf** out, sorvane_arf_Data* self, bool readOnly) {
+    return flat::get(out, kData, self, [&](Data& d) { return d.getGltfPtr(readOnly); });
 }
 
 int32_t sorvane_arf_Data_getColSparseTensorPtr(DataTree** values, DataTree** indices, sorvane_arf_Data* self,

@@ -28,6 +28,8 @@
 
 #include "sorvane/core/Export.h"
 #include "sorvane/flat/sorvane_arf.h"
+#include "sorvane/flat/sorvane_datatree.h"
+#include "sorvane/flat/sorvane_stream.h"
 
 #ifdef __cplusplus
 namespace sorvane {
@@ -35,15 +37,21 @@ namespace arf {
 class AnimationFrameworkRef;
 class AnimationData;
 class AnimationComponents;
+class AnimationMapper;
+class AnimationOperatorRef;
 } // namespace arf
 } // namespace sorvane
 typedef sorvane::arf::AnimationFrameworkRef sorvane_arf_AnimationFramework;
 typedef sorvane::arf::AnimationData sorvane_arf_AnimationData;
 typedef sorvane::arf::AnimationComponents sorvane_arf_AnimationComponents;
+typedef sorvane::arf::AnimationMapper sorvane_arf_AnimationMapper;
+typedef sorvane::arf::AnimationOperatorRef sorvane_arf_AnimationOperator;
 #else
 typedef struct sorvane_arf_AnimationFramework sorvane_arf_AnimationFramework;
 typedef struct sorvane_arf_AnimationData sorvane_arf_AnimationData;
 typedef struct sorvane_arf_AnimationComponents sorvane_arf_AnimationComponents;
+typedef struct sorvane_arf_AnimationMapper sorvane_arf_AnimationMapper;
+typedef struct sorvane_arf_AnimationOperator sorvane_arf_AnimationOperator;
 #endif
 
 #ifdef __cplusplus
@@ -137,6 +145,32 @@ SORVANE_API int32_t sorvane_arf_AnimationComponents_hasValue(bool* out, const so
 SORVANE_API int32_t sorvane_arf_AnimationComponents_getValue(float* out, int64_t outBytes, int64_t* pvalueCount, const sorvane_arf_AnimationComponents* self, int32_t type, int64_t id, int64_t index);
 /* A value of valueType made of count floats (its own count). */
 SORVANE_API int32_t sorvane_arf_AnimationComponents_setValue(sorvane_arf_AnimationComponents* self, int32_t type, int64_t id, int64_t index, int32_t valueType, const float* in, int64_t inBytes, int64_t count);
+
+/* Mappers: built once from a document and a framework, then each frame or
+ * stream sample of that framework updates a components object. A mapper is
+ * only read by the update calls, so threads with their own components and
+ * frames may share one. Failures of an update leave the targets it reached
+ * before updated. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_create(sorvane_arf_AnimationMapper** out, const sorvane_arf_Arf* arf, const sorvane_arf_AnimationFramework* framework);
+SORVANE_API int32_t sorvane_arf_AnimationMapper_delete(sorvane_arf_AnimationMapper* self);
+SORVANE_API int32_t sorvane_arf_AnimationMapper_updateComponents_data(const sorvane_arf_AnimationMapper* self, sorvane_arf_AnimationComponents* components, const sorvane_arf_AnimationData* data);
+/* Any unit sample from a stream; config and silent samples are refused. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_updateComponents_sample(const sorvane_arf_AnimationMapper* self, sorvane_arf_AnimationComponents* components, const sorvane_arf_UnitAnimationSample* sample);
+/* A sample of another kind than the function names is refused. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_updateComponents_blendshape(const sorvane_arf_AnimationMapper* self, sorvane_arf_AnimationComponents* components, const sorvane_arf_BlendshapeAnimationSample* sample);
+SORVANE_API int32_t sorvane_arf_AnimationMapper_updateComponents_joint(const sorvane_arf_AnimationMapper* self, sorvane_arf_AnimationComponents* components, const sorvane_arf_JointAnimationSample* sample);
+SORVANE_API int32_t sorvane_arf_AnimationMapper_updateComponents_texture(const sorvane_arf_AnimationMapper* self, sorvane_arf_AnimationComponents* components, const sorvane_arf_TextureAnimationSample* sample);
+/* The graph, one item per target; a new tree released with sorvane_datatree_DataTree_delete. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_buildDescription(DataTree** out, const sorvane_arf_AnimationMapper* self);
+/* How many targets the mapper drives. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_getOperatorCount(int64_t* out, const sorvane_arf_AnimationMapper* self);
+/* The operator at a target (a location), a new handle on it. */
+SORVANE_API int32_t sorvane_arf_AnimationMapper_getOperator(sorvane_arf_AnimationOperator** out, const sorvane_arf_AnimationMapper* self, int32_t type, int64_t id, int64_t index);
+
+/* Operators: 1 Bypass, 2 Mul, 6 Transform, 7 Channel, 8 Queue. */
+SORVANE_API int32_t sorvane_arf_AnimationOperator_getType(int32_t* out, const sorvane_arf_AnimationOperator* self);
+SORVANE_API int32_t sorvane_arf_AnimationOperator_buildDescription(DataTree** out, const sorvane_arf_AnimationOperator* self);
+SORVANE_API int32_t sorvane_arf_AnimationOperator_delete(sorvane_arf_AnimationOperator* self);
 
 #ifdef __cplusplus
 }

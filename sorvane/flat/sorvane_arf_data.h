@@ -17,6 +17,7 @@
 #include "sorvane/core/Export.h"
 #include "sorvane/flat/sorvane_arf_generated.h"
 #include "sorvane/flat/sorvane_datatree.h"
+#include "sorvane/flat/sorvane_gltf2.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -62,6 +63,9 @@ SORVANE_API int32_t sorvane_arf_DataList_addSparseFromDense(sorvane_arf_Data** o
 SORVANE_API int32_t sorvane_arf_DataList_addSparseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                          DataTree* tensor, int32_t itype, bool embedded,
                                                          const char* uri, const char* name, bool autoId, int64_t id);
+/* Opens a binary glTF item ("model/gltf-binary") as a new document; readOnly
+ * is handed to the load. */
+SORVANE_API int32_t sorvane_arf_Data_getGltf(sorvane_gltf2_Gltf** out, sorvane_arf_Data* self, bool readOnly);
 /* A binary glTF item: a copy of the file at localFile stored under uri. */
 SORVANE_API int32_t sorvane_arf_DataList_addGlb(sorvane_arf_Data** out, sorvane_arf_DataList* self, const char* uri,
                                                 const char* localFile, const char* name, bool autoId, int64_t id);

@@ -18,8 +18,9 @@ PROTOTYPE = re.compile(r"SORVANE_API\s+([^;(]*?)\b(sorvane_\w+)\s*\(([^)]*)\)\s*
 
 # Handles and functions whose null text is not the lowered class name: the
 # provider handle's historical text, the framework handle's own empty text,
-# and the tensor sizes call that names the tree's node.
+# the operator handle's spaced text, and the tensor sizes call that names the tree's node.
 NULL_TEXTS = {"sorvane_archive_FileProviderRef": "instancePtr_ is NULL",
+              "sorvane_arf_AnimationOperator": "animation operator is NULL",
               "sorvane_arf_AnimationFramework": "framework is NULL"}
 FUNCTION_NULL_TEXTS = {"sorvane_datatree_DataTree_getTensorSizes": "node is NULL"}
 

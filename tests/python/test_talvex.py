@@ -341,6 +341,31 @@ class Gltf(unittest.TestCase):
                         self.assertEqual(tobytes(again.accessors[0].tensor()), values[:24])
                         self.assertEqual(tobytes(again.accessors[1].tensor()), values[24:30])
 
+    @needs("sorvane_gltf2_Gltf_saveAs")
+    def test_gltf_to_glb_and_back_keeps_the_document(self):
+        import json
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        (gltf_path, _), values = gltf_files(work)
+        glb, back = os.path.join(work, "round.glb"), os.path.join(work, "round.gltf")
+        with talvex.Gltf.load(gltf_path) as gltf:
+            gltf.accessors[1].name = "indices"
+            gltf.save()
+            gltf.save_as(glb)
+            source = json.loads(gltf.to_json())
+        with talvex.Gltf.load(glb) as binary:
+            self.assertNotIn("uri", json.loads(binary.to_json())["buffers"][0])
+            binary.save_as(back)
+        with talvex.Gltf.load(back, read_only=True) as again:
+            result = json.loads(again.to_json())
+            self.assertEqual(result["buffers"][0]["uri"], "round_buffer_1.bin")
+            with open(os.path.join(work, "round_buffer_1.bin"), "rb") as f:
+                self.assertEqual(f.read(), values)
+        # Only where the bytes live differs.
+        for doc in (source, result):
+            del doc["buffers"][0]["uri"]
+        self.assertEqual(result, source)
+        self.assertEqual(result["accessors"][1]["name"], "indices")
+
 
 class LaterFamilies(unittest.TestCase):
     def test_array_protocols_of_a_family_the_package_does_not_name(self):

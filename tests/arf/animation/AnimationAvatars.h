@@ -6,6 +6,7 @@
 // framework 1) linearly onto shapes 0 and 2. S: a skeleton (id 1) whose joint
 // 1 follows curves of mediapipe weights 25 (translation) and 9 (rotation).
 
+#include <string>
 #include <vector>
 
 #include "sorvane/arf/Arf.h"
@@ -45,6 +46,34 @@ inline sorvane::arf::Arf avatarS() {
     arf.data.addDense(moves.data(), 24, DATA_DTYPE_FLOAT, {2, 3}, true);
     arf.data.addDense(turns.data(), 32, DATA_DTYPE_FLOAT, {2, 4}, true);
     return arf;
+}
+
+// F's blendshape set with other associations in its mediapipe mapping (for
+// the build's refusals).
+inline sorvane::arf::Arf faceWith(const std::string& associations) {
+    return sorvane::arf::Arf::load(std::string("memory:{") + kPreamble + R"(, "components": {"meshes": [],
+      "blendshapeSets": [{"animationInfo": [{"type": "ANIMATION_FACE", "target": 0, "mappings": [{"source": 1, )" +
+                                   associations + R"(}]}],
+        "shapes": [{"shape": 1, "name": "a", "id": 0}, {"shape": 1, "name": "b", "id": 1},
+                   {"shape": 1, "name": "c", "id": 2}],
+        "baseMesh": 1, "name": "face", "id": 1}]}})");
+}
+
+// A skeleton (id 1) of n joints, ids 0..n-1, each on its own node with a
+// distinct rest translation, driven directly by body framework 0,
+// "urn:example:body".
+inline sorvane::arf::Arf avatarBody(long n) {
+    std::string nodes, joints;
+    for (long i = 0; i < n; ++i) {
+        const std::string id = std::to_string(i + 1);
+        nodes += std::string(i ? ", " : "") + R"({"mapping": "j)" + id + R"(", "translation": [)" + id +
+                 R"(, 0, 0], "name": "j)" + id + R"(", "id": )" + id + "}";
+        joints += std::string(i ? ", " : "") + R"({"node": )" + id + R"(, "id": )" + std::to_string(i) + "}";
+    }
+    return sorvane::arf::Arf::load(std::string(R"(memory:{"preamble": {"signature": "MPEG-ARF-2025", "version": "1.0.0",
+    "supportedAnimations": {"bodyAnimations": ["urn:example:body"]}}, "components": {"meshes": [], "nodes": [)") +
+                                   nodes + R"(], "skeletons": [{"root": 1, "joints": [)" + joints +
+                                   R"(], "name": "body", "id": 1, "animationInfo": [{"type": "ANIMATION_BODY", "target": 0}]}]}})");
 }
 
 } // namespace animtest
