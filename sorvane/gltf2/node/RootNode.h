@@ -111,7 +111,10 @@ public:
     BufferViewNodes& bufferViews();
     AccessorNodes& accessors();
 
+    ReferenceListCache& referenceListCache() const { return referenceLists; }
+
 private:
+    mutable ReferenceListCache referenceLists;
     std::string toJsonText(bool compact) const;
 
     std::optional<int64_t> scene_;
