@@ -1,6 +1,7 @@
 #include "sorvane/arf/ArfCopy.h"
 
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -15,10 +16,14 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
     if (Arf::detectStorageMode(path) != MEMORY_ONLY && path.has_parent_path())
         std::filesystem::create_directories(path.parent_path());
     Arf target = Arf::create(path);
-    // The tree goes across as its JSON text, read into the new document.
-    const std::string text = source.toJsonString();
-    archive::JsonImporter importer(text.data(), text.size());
-    target.fromJson(importer);
+    // The tree goes across as its JSON text, read into the new document; the
+    // text is dropped before the payloads are copied, so it adds nothing to
+    // the peak of a save.
+    {
+        const std::string text = source.toJsonString();
+        archive::JsonImporter importer(text.data(), text.size());
+        target.fromJson(importer);
+    }
     // Payloads go across one by one: each is read from the source, wherever
     // it lies (own file, shared file, archive entry, "data:" uri), and stored
     // again where the target's storage mode puts it.
@@ -32,14 +37,16 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
         Data item = sourceItems.getByIndex(i);
         const std::string uri = item.uri.get();
         const bool embedded = uri.rfind("data:", 0) == 0;
-        std::vector<uint8_t> bytes(static_cast<size_t>(item.getDataSize()));
-        if (!bytes.empty()) item.getData(bytes.data(), static_cast<int64_t>(bytes.size()));
+        // Uninitialised: the read fills every byte.
+        const size_t size = static_cast<size_t>(item.getDataSize());
+        std::unique_ptr<uint8_t[]> bytes(size ? new uint8_t[size] : nullptr);
+        if (size) item.getData(bytes.get(), static_cast<int64_t>(size));
         static const uint8_t none = 0;
         // A file of its own keeps its name; parts of a shared file get names of their own.
         const char* keep = !embedded && uses[uri] == 1 ? uri.c_str() : nullptr;
         const std::string name = item.name.get();
         const std::string type = item.type.get();
-        Data copy = target.data.addContent(bytes.empty() ? &none : bytes.data(), static_cast<int64_t>(bytes.size()),
+        Data copy = target.data.addContent(size == 0 ? &none : bytes.get(), static_cast<int64_t>(size),
                                            embedded, type.c_str(), keep, name.c_str(), item.id.get());
         if (item.compression.isPropertyPresent()) copy.compression.set(item.compression.get());
         if (item.protection.isPropertyPresent()) copy.protection.set(item.protection.get());

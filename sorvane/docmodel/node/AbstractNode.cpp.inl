@@ -113,13 +113,39 @@ int64_t AbstractNode::findNodeItemIndex(const AbstractNode*) const { failNotList
 int64_t AbstractNode::findNodeItemIndexByName(const std::string&) const { failNotList(); }
 std::vector<std::string> AbstractNode::getNodeStringVector() const { failNotList(); }
 
+namespace {
+
+// Collects written text straight into a string: a string stream would hand
+// out a copy at the end, holding a whole document text twice.
+class StringSink : public std::streambuf {
+public:
+    explicit StringSink(std::string& text_) : text(text_) {}
+
+protected:
+    int_type overflow(int_type c) override {
+        if (!traits_type::eq_int_type(c, traits_type::eof())) text.push_back(traits_type::to_char_type(c));
+        return traits_type::not_eof(c);
+    }
+    std::streamsize xsputn(const char* s, std::streamsize n) override {
+        text.append(s, static_cast<size_t>(n));
+        return n;
+    }
+
+private:
+    std::string& text;
+};
+
+} // namespace
+
 std::string AbstractNode::toJsonString(const archive::JsonExporter::Options& options) const {
-    std::ostringstream out;
+    std::string text;
+    StringSink sink(text);
+    std::ostream out(&sink);
     {
         archive::JsonExporter exporter(out, options);
         toJson(exporter);
     }
-    return out.str();
+    return text;
 }
 
 std::ostream& operator<<(std::ostream& out, const AbstractNode& node) {
