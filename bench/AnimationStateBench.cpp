@@ -29,6 +29,9 @@ void* operator new(std::size_t size) {
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
+// Heap allocations so far in this program, for the other benchmark files.
+long talvexBenchAllocations() { return allocations.load(); }
+
 using namespace sorvane::arf;
 
 namespace {

@@ -10,6 +10,10 @@
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/gltf2/Gltf.h"
 
+#if TALVEX_FUZZ_MUTATORS
+#include "mutators/GlbChunks.h"
+#endif
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::stringstream sink;
     std::streambuf* old = std::cerr.rdbuf(sink.rdbuf());

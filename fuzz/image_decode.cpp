@@ -10,6 +10,10 @@
 #include "sorvane/imageio/imageio_jpeg.h"
 #include "sorvane/imageio/imageio_png.h"
 
+#if TALVEX_FUZZ_MUTATORS
+#include "mutators/PngChunks.h"
+#endif
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const long length = static_cast<long>(size);
     (void)sorvane::imcodec_detect_jpeg(data, length);

@@ -60,6 +60,18 @@ echo "== talvex stream-make examples/face.stream.txt, then stream-dump"
 "$talvex" stream-dump "$work/face.stream"
 
 echo
+echo "== talvex animate: the example avatar's skeleton driven by a stream made with stream-make"
+"$talvex" stream-make examples/body.stream.txt "$work/body.stream"
+"$talvex" animate examples/avatar.arf.json "$work/body.stream" --describe
+"$talvex" animate examples/avatar.arf.json "$work/body.stream" --plot "$work/body.svg" > "$work/animate.txt"
+head -12 "$work/animate.txt"
+"$talvex" animate examples/avatar.arf.json "$work/body.stream" --json > "$work/animate.jsonl"
+tail -1 "$work/animate.jsonl"
+head -c 300 "$work/body.svg"; echo " ..."
+echo "-- the face stream finds no face framework in this avatar; its joint unit drives the skeleton"
+"$talvex" animate examples/avatar.arf.json "$work/face.stream"
+
+echo
 echo "== Python: the talvex package in a fresh venv, printing the example avatar's skeleton"
 if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/python3 -m pip --version >/dev/null 2>&1; then
   /usr/bin/python3 -m venv --system-site-packages --without-pip "$work/venv"
@@ -69,6 +81,7 @@ if /usr/bin/python3 -c "import setuptools, wheel, venv" 2>/dev/null && /usr/bin/
     "$work/venv/bin/python" -m pip install -q --no-build-isolation --no-deps "$work/python" >/dev/null
   "$work/venv/bin/python" examples/python/print_skeleton.py examples/avatar.arf.json
   "$work/venv/bin/python" examples/python/print_stream.py "$work/face.stream"
+  "$work/venv/bin/python" examples/python/animate.py examples/avatar.arf.json "$work/body.stream" | tail -4
 else
   echo "(skipped: python3-venv, python3-pip or python3-setuptools missing)"
 fi

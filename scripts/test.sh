@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds talvex with AddressSanitizer and
 # UndefinedBehaviorSanitizer, and runs every test (unit tests, the C header
-# program, the export check and the fuzz corpus replays).
+# program, the export check, the fuzz corpus replays and a short fuzz run).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -17,6 +17,13 @@ if command -v clang++ >/dev/null 2>&1 && [ "${TALVEX_SKIP_CLANG:-0}" != 1 ]; the
   clang_build=${TALVEX_CLANG_BUILD_DIR:-build-test-clang}
   CC=clang CXX=clang++ cmake -S . -B "$clang_build" -DCMAKE_BUILD_TYPE=Release -DTALVEX_BUILD_TESTS=OFF >/dev/null
   cmake --build "$clang_build" -j "$jobs"
+fi
+
+# A short libFuzzer run of every target (two minutes in all), beside the
+# corpus replays below; the corpora are left as they are.
+if command -v clang++ >/dev/null 2>&1 && [ "${TALVEX_SKIP_FUZZ:-0}" != 1 ]; then
+  targets=$(ls fuzz/*.cpp | grep -vc ReplayMain)
+  TALVEX_FUZZ_NO_MERGE=1 bash scripts/fuzz.sh $((120 / targets > 0 ? 120 / targets : 1))
 fi
 
 # Last, so that the test summary closes the output.

@@ -7,6 +7,7 @@
 
 namespace talvex_app {
 
+sorvane::Mode* createAnimateMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareImagesMode(args::ArgumentParser& parser);
 sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
@@ -43,6 +44,7 @@ AppModes::AppModes() {
     addMode("stream-make", createStreamMakeMode);
     addMode("frameworks", createFrameworksMode);
     addMode("pose", createPoseMode);
+    addMode("animate", createAnimateMode);
     addCategory("glTF");
     addMode("gltf-info", createGltfInfoMode);
     addCategory("DataTree");

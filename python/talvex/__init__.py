@@ -14,11 +14,12 @@ from ._core import function as _function
 from ._arf import Arf, Data, DataList
 from ._datatree import DataTree, load_datatree, save_datatree
 from ._stream import SampleStream, decode as decode_stream, encode as encode_stream
+from ._animation import Animator, animate, framework
 from ._gltf import Accessor, Gltf
 from ._image import decode_image, load_image, pixels, save_image
 from . import _tensor
 
-__all__ = ["Error", "Arf", "Data", "DataList", "DataTree", "Gltf", "Accessor", "SampleStream", "Object", "call",
+__all__ = ["Error", "Arf", "Data", "DataList", "DataTree", "Gltf", "Accessor", "SampleStream", "Object", "Animator", "animate", "framework", "call",
            "create", "decode_stream", "encode_stream", "load_datatree", "save_datatree", "load_image",
            "decode_image", "save_image", "pixels", "library_path", "live_handles", "has_numpy", "FUNCTIONS"]
 

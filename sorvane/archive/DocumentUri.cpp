@@ -2,8 +2,12 @@
 
 #include <cctype>
 #include <cstdlib>
+#include <filesystem>
+#include <optional>
 
+#include "sorvane/archive/DiskFileProvider.h"
 #include "sorvane/archive/FileProvider.h"
+#include "sorvane/archive/RelativeFileProvider.h"
 #include "sorvane/archive/base64.h"
 #include "sorvane/core/RuntimeException.h"
 
@@ -23,6 +27,49 @@ bool climbsOutOfFolder(const std::string& uri) {
         start = end + 1;
     }
     return false;
+}
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Where a provider keeps a name on disk, if it keeps it on disk at all.
+std::optional<fs::path> onDisk(const FileProvider* provider, const std::string& name) {
+    if (const auto* disk = dynamic_cast<const DiskFileProvider*>(provider)) return disk->resolve(name);
+    if (const auto* relative = dynamic_cast<const RelativeFileProvider*>(provider))
+        return onDisk(relative->getParent().get(), relative->resolve(name));
+    return std::nullopt;
+}
+
+// Both paths made real (links followed as far as they exist), then compared
+// element by element. Anything that cannot be resolved counts as outside.
+bool resolvesOutside(const fs::path& folder, const fs::path& target) {
+    std::error_code error;
+    fs::path realFolder = fs::weakly_canonical(fs::absolute(folder, error), error);
+    if (error) return true;
+    const fs::path realTarget = fs::weakly_canonical(fs::absolute(target, error), error);
+    if (error) return true;
+    if (realFolder.filename().empty()) realFolder = realFolder.parent_path();
+    auto t = realTarget.begin();
+    for (auto f = realFolder.begin(); f != realFolder.end(); ++f, ++t) {
+        if (t == realTarget.end() || *f != *t) return true;
+    }
+    return false;
+}
+
+} // namespace
+
+bool leavesFolder(const FileProvider* provider, const std::string& uri) {
+    if (climbsOutOfFolder(uri)) return true;
+    const std::optional<fs::path> folder = onDisk(provider, ".");
+    if (!folder) return false;
+    return resolvesOutside(*folder, *onDisk(provider, uri));
+}
+
+bool leavesFolderOf(const std::string& from, const std::string& uri) {
+    if (isAbsoluteUri(uri) || climbsOutOfFolder(uri)) return true;
+    const fs::path folder = fs::path(from).parent_path();
+    return resolvesOutside(folder.empty() ? fs::path(".") : folder, folder / uri);
 }
 
 std::string makeDataUri(const std::string& mimeType, const void* data, int64_t size) {

@@ -20,6 +20,16 @@ SORVANE_API bool isAbsoluteUri(const std::string& uri);
 // the document's folder, so no reader follows it.
 SORVANE_API bool climbsOutOfFolder(const std::string& uri);
 
+// The one check before a reader opens a file a document names: true when the
+// uri climbs out lexically, or when, with the folder and the file both
+// resolved on disk (symbolic links followed), the file lies outside the
+// folder. Providers that are not a disk folder (archives, memory) hold no
+// links, so only the lexical test applies to them.
+SORVANE_API bool leavesFolder(const FileProvider* provider, const std::string& uri);
+// The same for a file named from another file on disk (a material library
+// named by a mesh, a texture named by a material): the folder is `from`'s.
+SORVANE_API bool leavesFolderOf(const std::string& from, const std::string& uri);
+
 // "data:<mimeType>;base64," and the standard base64 text of the bytes.
 SORVANE_API std::string makeDataUri(const std::string& mimeType, const void* data, int64_t size);
 

@@ -25,9 +25,12 @@ std::string codeText(int code) {
     return text;
 }
 
-struct zip* openArchive(const fs::path& path, bool creating) {
+struct zip* openArchive(const fs::path& path, bool creating, bool forChanges = false) {
     int code = 0;
-    struct zip* archive = zip_open(path.c_str(), creating ? ZIP_CREATE : ZIP_RDONLY, &code);
+    // An archive opened for changes must exist; libzip writes its changes to
+    // a temporary file and renames it over the archive when it is closed.
+    const int flags = creating ? ZIP_CREATE : forChanges ? 0 : ZIP_RDONLY;
+    struct zip* archive = zip_open(path.c_str(), flags, &code);
     if (!archive)
         SORVANE_THROW(creating ? "Error creating file %s: %s" : "Error opening file %s: %s", path.c_str(),
                       codeText(code).c_str());
@@ -113,6 +116,10 @@ Zip* Zip::openPtr(const fs::path& path) {
 
 std::shared_ptr<Zip> Zip::openShared(const fs::path& path) {
     return std::make_shared<Zip>(openArchive(path, false), path);
+}
+
+std::shared_ptr<Zip> Zip::openForChangesShared(const fs::path& path) {
+    return std::make_shared<Zip>(openArchive(path, false, true), path);
 }
 
 const char* Zip::className() const {

@@ -37,6 +37,9 @@ public:
     static Zip open(const std::filesystem::path& path);
     static Zip* openPtr(const std::filesystem::path& path);
     static std::shared_ptr<Zip> openShared(const std::filesystem::path& path);
+    // Opens an existing archive for changes, kept as they were until close
+    // writes them (through a temporary file renamed over the archive).
+    static std::shared_ptr<Zip> openForChangesShared(const std::filesystem::path& path);
 
     using FileProvider::create;
 

@@ -49,8 +49,10 @@ Arf Arf::fromPath(const std::filesystem::path& path, bool load, bool readOnly_) 
         mainFileName = path.filename().string();
         break;
     case SINGLE_FILE:
-        provider = load ? std::shared_ptr<archive::FileProvider>(archive::Zip::openShared(path))
-                        : std::shared_ptr<archive::FileProvider>(archive::Zip::createShared(path));
+        // A document loaded for changes must be able to save into its archive.
+        if (!load) provider = archive::Zip::createShared(path);
+        else if (readOnly_) provider = archive::Zip::openShared(path);
+        else provider = archive::Zip::openForChangesShared(path);
         break;
     case MEMORY_ONLY: {
         // The text goes into the store once, straight from the path.

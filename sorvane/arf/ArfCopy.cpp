@@ -1,7 +1,6 @@
 #include "sorvane/arf/ArfCopy.h"
 
 #include <map>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -37,16 +36,14 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
         Data item = sourceItems.getByIndex(i);
         const std::string uri = item.uri.get();
         const bool embedded = uri.rfind("data:", 0) == 0;
-        // Uninitialised: the read fills every byte.
-        const size_t size = static_cast<size_t>(item.getDataSize());
-        std::unique_ptr<uint8_t[]> bytes(size ? new uint8_t[size] : nullptr);
-        if (size) item.getData(bytes.get(), static_cast<int64_t>(size));
-        static const uint8_t none = 0;
+        // Sized by the checked read: a stored "byteLength" alone could claim any size.
+        const std::string bytes = item.getString();
+        static const char none = 0;
         // A file of its own keeps its name; parts of a shared file get names of their own.
         const char* keep = !embedded && uses[uri] == 1 ? uri.c_str() : nullptr;
         const std::string name = item.name.get();
         const std::string type = item.type.get();
-        Data copy = target.data.addContent(size == 0 ? &none : bytes.get(), static_cast<int64_t>(size),
+        Data copy = target.data.addContent(bytes.empty() ? &none : bytes.data(), static_cast<int64_t>(bytes.size()),
                                            embedded, type.c_str(), keep, name.c_str(), item.id.get());
         if (item.compression.isPropertyPresent()) copy.compression.set(item.compression.get());
         if (item.protection.isPropertyPresent()) copy.protection.set(item.protection.get());

@@ -204,6 +204,15 @@ static int remove_records(const char* dir) {
     EXPECT(sorvane_gltf2_Accessor_getData(NULL, &size, accessor) == -1);
     EXPECT(fails_with(sorvane_gltf2_BufferViewList_remove(views, 7), "7"));
 
+    /* Type names: the class, and the list class with "List". */
+    char type[64];
+    int64_t typeSize = sizeof type;
+    CHECK(sorvane_gltf2_Accessor_getPropertyTypeName(type, &typeSize, accessor));
+    EXPECT(strcmp(type, "Accessor") == 0);
+    typeSize = sizeof type;
+    CHECK(sorvane_gltf2_AccessorList_getPropertyTypeName(type, &typeSize, accessors));
+    EXPECT(strcmp(type, "AccessorList") == 0);
+
     /* Removing an entry of a list of values. */
     int64_t maxCount = 0;
     CHECK(sorvane_gltf2_Accessor_getMaxSize(&maxCount, accessor));

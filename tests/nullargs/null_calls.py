@@ -83,6 +83,16 @@ def argument(ptype, null):
     return f"({ptype})0"
 
 
+def out_checked(params, j):
+    """Whether a null result pointer must fail "out is NULL" on a real object:
+    every `out` but those of the size protocols, where a null out asks for the
+    size. The object is checked before it, the other pointers after it."""
+    if params[j][1] != "out":
+        return False
+    following = [n for _, n in params[j + 1:]]
+    return not following or following[0] not in ("outSize", "outBytes") and "pvalueCount" not in following
+
+
 def handle_of(ptype, handles):
     t = base_type(ptype)
     return t if t in handles else None
@@ -107,6 +117,19 @@ def real_objects(functions):
     o += ["    int32_t status;", "    int round;", "    int reached;"]
     # Roots: the document, and the objects made from nothing.
     o.append("    sorvane_arf_Arf_load(&h_sorvane_arf_Arf, document, false);")
+    # A glTF document of its own, in memory only (never saved), with one
+    # accessor so that its lists have items to reach.
+    if {"sorvane_gltf2_Gltf", "sorvane_gltf2_AccessorList"} <= handles and \
+            "sorvane_gltf2_AccessorList_addDense" in by_name:
+        o += ['    sorvane_gltf2_Gltf_create(&h_sorvane_gltf2_Gltf, "null_calls_never_saved.glb");',
+              "    if (h_sorvane_gltf2_Gltf) {",
+              "        static const float xyz[6] = {1, 2, 3, 4, 5, 6};",
+              "        sorvane_gltf2_Accessor* made = NULL;",
+              "        sorvane_gltf2_Gltf_getAccessors(&h_sorvane_gltf2_AccessorList, h_sorvane_gltf2_Gltf);",
+              "        sorvane_gltf2_AccessorList_addDense(&made, h_sorvane_gltf2_AccessorList, xyz, 2, 5126, \"VEC3\","
+              " 34962, false, \"xyz\");",
+              "        if (made) sorvane_gltf2_Accessor_delete(made);",
+              "    }"]
     makers, getters = [], []
     for name, params in functions:
         if not params or params[0][0].count("*") != 2 or base_type(params[0][0]) not in handles:
@@ -167,14 +190,19 @@ def real_objects(functions):
             o += [f"        {d}" for d in decls]
             o.append(f"        status = {name}({', '.join(args)});")
             o += [f"        {c}" for c in cleanup]
-            o.append(f'        real(status, "{name}", {j});')
+            if out_checked(params, j):
+                o.append(f'        expect(status, "{name} (out)", "out is NULL");')
+            else:
+                o.append(f'        real(status, "{name}", {j});')
             o.append("        ++calls;")
             o.append("    }")
     o.append("    /* The objects go in reverse order of their kinds; the document last. */")
     for h in sorted(handles, reverse=True):
-        if h != "sorvane_arf_Arf" and h in deleters:
+        if h not in ("sorvane_arf_Arf", "sorvane_gltf2_Gltf") and h in deleters:
             o.append(f"    if ({var[h]}) {deleters[h]}({var[h]});")
     o.append("    if (h_sorvane_arf_Arf) sorvane_arf_Arf_delete(h_sorvane_arf_Arf);")
+    if "sorvane_gltf2_Gltf" in handles:
+        o.append("    if (h_sorvane_gltf2_Gltf) sorvane_gltf2_Gltf_delete(h_sorvane_gltf2_Gltf);")
     return o
 
 

@@ -6,7 +6,9 @@ import ctypes
 import glob
 import os
 import re
+import struct
 import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -44,6 +46,10 @@ def values(n, fmt="f"):
     arr = (ctypes.c_float * n)(*[i * 0.5 - 3 for i in range(n)]) if fmt == "f" else \
         (ctypes.c_uint16 * n)(*[i % 65536 for i in range(n)])
     return memoryview(arr).cast("B").cast(fmt)
+
+
+# Objects kept to the interpreter's exit on purpose.
+_KEPT = []
 
 
 def tobytes(block):
@@ -341,6 +347,25 @@ class Gltf(unittest.TestCase):
                         self.assertEqual(tobytes(again.accessors[0].tensor()), values[:24])
                         self.assertEqual(tobytes(again.accessors[1].tensor()), values[24:30])
 
+    @needs("sorvane_arf_Data_getGltf")
+    def test_glb_payload_opens_as_a_document_that_outlives_its_avatar(self):
+        work = tempfile.mkdtemp(dir=os.environ.get("TALVEX_WORK_DIR"))
+        (_, glb), expected = gltf_files(work)
+        with talvex.Arf.create(os.path.join(work, "avatar.arf")) as arf:
+            item = arf.data.add_glb("models/two.glb", glb, "model", True, 0)
+            arf.save()
+            opened = item.get_gltf(True)
+            with item.get_gltf(False) as writable:
+                self.assertEqual(len(writable.accessors), 2)
+        # The document and one accessor stay alive past the avatar and past
+        # this test, to the interpreter's exit: nothing may leak or crash then.
+        _KEPT.extend([opened, opened.accessors[1]])
+        self.assertEqual(tobytes(opened.accessors[0].tensor()), expected[:24])
+        with self.assertRaises(talvex.Error) as raised:
+            with talvex.Arf.create(os.path.join(work, "b.arf")) as other:
+                other.data.add_dense(values(2)).get_gltf(True)
+        self.assertIn("Not a glTF", str(raised.exception))
+
     @needs("sorvane_gltf2_Gltf_saveAs")
     def test_gltf_to_glb_and_back_keeps_the_document(self):
         import json
@@ -380,6 +405,72 @@ class LaterFamilies(unittest.TestCase):
             with framework.create_data() as data:
                 data.weights = [0.5, 0.25, 1.0]
                 self.assertEqual(data.weights, [0.5, 0.25, 1.0])
+
+
+FACE = ('memory:{"preamble": {"signature": "MPEG-ARF-2025", "version": "1.0.0", "supportedAnimations": '
+        '{"faceAnimations": ["urn:example:rig", "urn:mpeg:avatar:blendshapes:mediapipe"]}}, "components": '
+        '{"meshes": [], "blendshapeSets": [{"animationInfo": [{"type": "ANIMATION_FACE", "target": 0, "mappings": '
+        '[{"source": 1, "linearAssociations": [{"targetIndex": 0, "sourceIndices": [1, 2], "weights": [0.5, 0.25]}, '
+        '{"targetIndex": 2, "sourceIndices": [25], "weights": [2]}]}]}], "shapes": [{"shape": 1, "name": "a", "id": 0}, '
+        '{"shape": 1, "name": "b", "id": 1}, {"shape": 1, "name": "c", "id": 2}], "baseMesh": 1, "name": "face", '
+        '"id": 1}]}}')
+
+
+def blendshapes(pairs):
+    sample = talvex.create("BlendshapeAnimationSample")
+    sample.blendshape_count = len(pairs)
+    for i, (id, w) in enumerate(pairs):
+        sample.set_blendshape_id(i, id)
+        sample.set_blendshape_weight(i, w)
+    return sample
+
+
+def joints(rows):
+    sample = talvex.create("JointAnimationSample")
+    sample.joint_count = len(rows)
+    for i, (id, m) in enumerate(rows):
+        sample.set_joint_id(i, id)
+        sample.set_joint_transform(i, struct.pack("16f", *m), 16)
+    return sample
+
+
+@once
+class Animation(unittest.TestCase):
+    @needs("sorvane_arf_AnimationMapper_create")
+    def test_stream_drives_the_face_in_any_chunking(self):
+        stream = talvex.encode_stream([(0, blendshapes([(1, 0.2), (2, 0.4), (25, 0.3)])),
+                                       (10, joints([(0, [1.0] * 16)])),
+                                       (33, blendshapes([(1, 0.4), (2, 0.0)]))])
+        with talvex.Arf.load(FACE) as arf:
+            for chunk in (1, 5, 4096):
+                seen = [(t, kind, a.weights(1)) for t, kind, a in
+                        talvex.animate(arf, stream, "urn:mpeg:avatar:blendshapes:mediapipe", chunk=chunk)]
+                # The joint unit fits no weight framework; the last unit lacks
+                # input 25, so target 2 keeps its value whole.
+                self.assertEqual([(t, kind) for t, kind, _ in seen], [(0, 1), (33, 1)])
+                for (_, _, got), want in zip(seen, ([0.2, 0.0, 0.6], [0.2, 0.0, 0.6])):
+                    for id, w in enumerate(want):
+                        self.assertAlmostEqual(got[id], w, places=6)
+            with talvex.Animator(arf, "urn:mpeg:avatar:blendshapes:mediapipe") as animator:
+                self.assertIn('"queue"', animator.describe())
+                animator.update(blendshapes([(1, 1.0), (2, 1.0)]))
+                self.assertAlmostEqual(animator.weights(1)[0], 0.75, places=6)
+            with self.assertRaisesRegex(talvex.Error, "No framework urn:none"):
+                talvex.Animator(arf, "urn:none")
+
+    @needs("sorvane_arf_AnimationMapper_create")
+    def test_example_drives_the_example_skeleton(self):
+        moved = [1, 0, 0, 0.25, 0, 1, 0, 0.5, 0, 0, 1, 0.75, 0, 0, 0, 1]
+        stream = talvex.encode_stream([(5, joints([(0, moved), (1, moved)]))])
+        with tempfile.TemporaryDirectory() as d:
+            path = os.path.join(d, "body.stream")
+            with open(path, "wb") as f:
+                f.write(stream)
+            out = subprocess.run([sys.executable, os.path.join(SOURCE, "examples", "python", "animate.py"),
+                                  os.path.join(SOURCE, "examples", "avatar.arf.json"), path],
+                                 capture_output=True, text=True, check=True).stdout
+        self.assertIn("skeleton 1 joint 1: translation (0.2500, 0.5000, 0.7500)", out)
+        self.assertIn("1 units driven", out)
 
 
 @once

@@ -164,6 +164,32 @@ void AnimationComponents::AnimationSkeleton::assign(long position, const float* 
 
 AnimationComponents::AnimationComponents() = default;
 AnimationComponents::~AnimationComponents() = default;
+AnimationComponents::AnimationComponents(AnimationComponents&&) noexcept = default;
+AnimationComponents& AnimationComponents::operator=(AnimationComponents&&) noexcept = default;
+
+namespace {
+
+template <class Set>
+std::unordered_map<long, std::shared_ptr<Set>> deepCopy(const std::unordered_map<long, std::shared_ptr<Set>>& sets) {
+    std::unordered_map<long, std::shared_ptr<Set>> out;
+    for (const auto& [id, set] : sets) out.emplace(id, set ? std::make_shared<Set>(*set) : nullptr);
+    return out;
+}
+
+} // namespace
+
+AnimationComponents::AnimationComponents(const AnimationComponents& other)
+    : blendshapeSets(deepCopy(other.blendshapeSets)),
+      textureSets(deepCopy(other.textureSets)),
+      skeletons(deepCopy(other.skeletons)) {}
+
+AnimationComponents& AnimationComponents::operator=(const AnimationComponents& other) {
+    if (this != &other) {
+        AnimationComponents copy(other);
+        *this = std::move(copy);
+    }
+    return *this;
+}
 
 AnimationComponents::AnimationComponents(const Arf* arf) {
     if (!arf) SORVANE_THROW("arf is NULL");

@@ -72,6 +72,11 @@ public:
     };
 
     AnimationComponents();
+    // A copy owns its own sets: updating it leaves the original as it was.
+    AnimationComponents(const AnimationComponents& other);
+    AnimationComponents& operator=(const AnimationComponents& other);
+    AnimationComponents(AnimationComponents&&) noexcept;
+    AnimationComponents& operator=(AnimationComponents&&) noexcept;
     // Refuses a null document ("arf is NULL"), then runs init.
     explicit AnimationComponents(const Arf* arf);
     explicit AnimationComponents(const Arf& arf);

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "sorvane/arf/Arf.h"
+#include "sorvane/arf/animation/AnimationMapperPlan.h"
 #include "sorvane/arf/animation/stream/BlendshapeAnimationSample.h"
 #include "sorvane/arf/animation/stream/JointAnimationSample.h"
 #include "sorvane/arf/animation/stream/LandmarkAnimationSample.h"
@@ -22,16 +23,10 @@
 #include "sorvane/arf/node/data/DataContent.h"
 #include "sorvane/arf/property/preamble/SupportedAnimationsLookup.h"
 #include "sorvane/core/RuntimeException.h"
-#include "sorvane/core/math.h"
 
 namespace sorvane::arf {
 
 namespace {
-
-constexpr long kJoint = 16;
-// Sets the plan resolves per call on the stack; a mapper driving more falls
-// back to the keyed path.
-constexpr size_t kMaxPlanSets = 32;
 
 // The ids of a set's elements by position (an element without an id is known
 // by its position, as components know it).
@@ -56,37 +51,6 @@ std::vector<long> sortedIds(const std::unordered_map<long, long>& ids) {
 std::vector<float> floatsOf(const DataTree& tensor) { return tensor.getVector<float>(); }
 
 } // namespace
-
-// ---- the compiled plan ----
-
-struct AnimationMapper::Plan {
-    enum Kind : int { BLENDSHAPE, TEXTURE, JOINT, KEYED, SKIP };
-    struct Step {
-        long source;  // float offset in the frame's block
-        float weight; // 1 for a bypass
-        bool scaled;  // a Mul operator
-        AnimationMergeType merge;
-    };
-    struct Target {
-        Kind kind;
-        size_t set;
-        long position;
-        size_t first;
-        size_t count;
-        AnimationLocation location;
-        AnimationOperatorRef op;
-    };
-    struct Set {
-        AnimationLocationType type;
-        long id;
-        std::vector<long> ids;
-    };
-
-    std::shared_ptr<const AnimationFrameLayout> layout;
-    std::vector<Set> sets;
-    std::vector<Target> targets;
-    std::vector<Step> steps;
-};
 
 // ---- construction ----
 
@@ -285,149 +249,11 @@ void AnimationMapper::addOperator(const AnimationLocation& target, const Animati
 // ---- the plan ----
 
 void AnimationMapper::compilePlan() {
-    auto next = std::make_shared<Plan>();
-    next->layout = framework->getFrameLayout();
-    const auto& locations = next->layout->locations;
-    std::map<AnimationLocation, size_t> setIndex;
-
-    for (const auto& [target, op] : operators) {
-        Plan::Target t{Plan::KEYED, 0, -1, next->steps.size(), 0, target, op};
-        const AnimationLocation setKey(target.type, target.id, -1);
-        const auto set = documentSets.find(setKey);
-        const bool weights = target.type == ANIMATION_LOCATION_BLENDSHAPE_SET ||
-                             target.type == ANIMATION_LOCATION_TEXTURE_SET;
-        const long need = weights ? 1 : kJoint;
-        if ((weights || target.type == ANIMATION_LOCATION_SKELETON) && set != documentSets.end()) {
-            auto at = std::lower_bound(set->second.begin(), set->second.end(), target.index);
-            if (at != set->second.end() && *at == target.index) {
-                auto [slot, added] = setIndex.emplace(setKey, next->sets.size());
-                if (added) next->sets.push_back({target.type, target.id, set->second});
-                t.set = slot->second;
-                t.position = static_cast<long>(at - set->second.begin());
-                t.kind = target.type == ANIMATION_LOCATION_BLENDSHAPE_SET ? Plan::BLENDSHAPE
-                         : target.type == ANIMATION_LOCATION_TEXTURE_SET  ? Plan::TEXTURE
-                                                                          : Plan::JOINT;
-                // The operators, in the order they run; anything the plan does not
-                // reproduce step for step leaves the target to the keyed path.
-                std::vector<AnimationOperatorRef> ops;
-                if (op.getType() == ANIMATION_OPERATOR_QUEUE)
-                    ops = static_cast<const AnimationQueueOperator&>(*op.get()).operators;
-                else
-                    ops.push_back(op);
-                for (const auto& step : ops) {
-                    const auto type = step ? step.getType() : ANIMATION_OPERATOR_INVALID;
-                    if (type != ANIMATION_OPERATOR_BYPASS && type != ANIMATION_OPERATOR_MUL) {
-                        t.kind = Plan::KEYED;
-                        break;
-                    }
-                    const auto& value = static_cast<const AnimationValueOperator&>(*step.get());
-                    if (value.mergeType < ANIMATION_MERGE_REPLACE || value.mergeType > ANIMATION_MERGE_MUL) {
-                        t.kind = Plan::KEYED;
-                        break;
-                    }
-                    auto found = std::lower_bound(locations.begin(), locations.end(), value.location);
-                    if (found == locations.end() || *found != value.location) {
-                        t.kind = Plan::SKIP; // the keyed path stops here on a value not found
-                        break;
-                    }
-                    const size_t position = static_cast<size_t>(found - locations.begin());
-                    const long offset = next->layout->offsets[position];
-                    const long end = position + 1 < locations.size() ? next->layout->offsets[position + 1]
-                                                                     : next->layout->floatCount;
-                    if (end - offset != need) {
-                        t.kind = Plan::KEYED; // a size mismatch: the keyed path reports it
-                        break;
-                    }
-                    const bool scaled = type == ANIMATION_OPERATOR_MUL;
-                    next->steps.push_back({offset, scaled ? static_cast<const AnimationMulOperator&>(value).weight : 1.0f,
-                                           scaled, value.mergeType});
-                }
-            }
-        }
-        if (t.kind == Plan::KEYED || t.kind == Plan::SKIP) next->steps.resize(t.first);
-        t.count = next->steps.size() - t.first;
-        next->targets.push_back(std::move(t));
-    }
-    plan = std::move(next);
+    plan = std::make_shared<const AnimationMapperPlan>(framework->getFrameLayout(), operators, documentSets);
 }
 
 bool AnimationMapper::planFits(const AnimationComponents& components, const AnimationData& data) const {
-    if (!plan || plan->sets.size() > kMaxPlanSets) return false;
-    const auto& layout = data.getLayout();
-    if (layout != plan->layout && !(layout && *layout == *plan->layout)) return false;
-    for (const auto& set : plan->sets) {
-        if (set.type == ANIMATION_LOCATION_SKELETON) {
-            const auto* s = components.findSkeleton(set.id);
-            if (!s || !s->allSixteen() || s->getIds() != set.ids) return false;
-        } else {
-            const AnimationComponents::AnimationWeightSet* w =
-                set.type == ANIMATION_LOCATION_BLENDSHAPE_SET
-                    ? static_cast<const AnimationComponents::AnimationWeightSet*>(components.findBlendshapeSet(set.id))
-                    : components.findTextureSet(set.id);
-            if (!w || w->getIds() != set.ids) return false;
-        }
-    }
-    return true;
-}
-
-void AnimationMapper::runPlan(AnimationComponents& components, const AnimationData& data) const {
-    float* blocks[kMaxPlanSets];
-    for (size_t i = 0; i < plan->sets.size(); ++i) {
-        const auto& set = plan->sets[i];
-        if (set.type == ANIMATION_LOCATION_SKELETON)
-            blocks[i] = components.findSkeleton(set.id)->getTransforms();
-        else if (set.type == ANIMATION_LOCATION_BLENDSHAPE_SET)
-            blocks[i] = components.findBlendshapeSet(set.id)->getWeights();
-        else
-            blocks[i] = components.findTextureSet(set.id)->getWeights();
-    }
-    const float* frame = data.getBlock();
-    const Plan::Step* steps = plan->steps.data();
-    for (const auto& t : plan->targets) {
-        switch (t.kind) {
-        case Plan::SKIP: break;
-        case Plan::KEYED: {
-            if (!components.hasValue(t.location))
-                SORVANE_THROW("Invalid target location '%s'", t.location.desc().c_str());
-            try {
-                auto value = components.getValue(t.location);
-                t.op.run(*value, data);
-                components.setValue(t.location, value);
-            } catch (const AnimationValueNotFound&) {
-            }
-            break;
-        }
-        case Plan::BLENDSHAPE:
-        case Plan::TEXTURE: {
-            float& target = blocks[t.set][t.position];
-            float acc = target;
-            for (size_t k = t.first; k < t.first + t.count; ++k) {
-                const Plan::Step& s = steps[k];
-                const float v = s.scaled ? frame[s.source] * s.weight : frame[s.source];
-                acc = s.merge == ANIMATION_MERGE_REPLACE ? v : s.merge == ANIMATION_MERGE_SUM ? acc + v : acc * v;
-            }
-            target = acc;
-            break;
-        }
-        case Plan::JOINT: {
-            float* target = blocks[t.set] + t.position * kJoint;
-            float acc[kJoint], v[kJoint];
-            std::memcpy(acc, target, sizeof acc);
-            for (size_t k = t.first; k < t.first + t.count; ++k) {
-                const Plan::Step& s = steps[k];
-                for (long e = 0; e < kJoint; ++e) v[e] = s.scaled ? frame[s.source + e] * s.weight : frame[s.source + e];
-                if (s.merge == ANIMATION_MERGE_REPLACE)
-                    std::memcpy(acc, v, sizeof acc);
-                else if (s.merge == ANIMATION_MERGE_SUM)
-                    for (long e = 0; e < kJoint; ++e) acc[e] += v[e];
-                else
-                    matrix4x4_lmul_float(acc, v, MATRIX4X4_ROW_MAJOR);
-            }
-            std::memcpy(target, acc, sizeof acc);
-            break;
-        }
-        }
-    }
+    return plan && plan->fits(components, data);
 }
 
 // ---- running ----
@@ -449,10 +275,7 @@ void AnimationMapper::runKeyed(AnimationComponents& components, const AnimationD
 void AnimationMapper::updateComponents(AnimationComponents* components, const AnimationData* data) const {
     if (!components) SORVANE_THROW("components is NULL");
     if (!data) SORVANE_THROW("data is NULL");
-    if (planFits(*components, *data))
-        runPlan(*components, *data);
-    else
-        runKeyed(*components, *data, true);
+    if (!plan || !plan->run(*components, *data)) runKeyed(*components, *data, true);
 }
 
 void AnimationMapper::updateComponentsKeyed(AnimationComponents* components, const AnimationData* data) const {

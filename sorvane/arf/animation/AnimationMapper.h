@@ -16,6 +16,7 @@
 namespace sorvane::arf {
 
 class Arf;
+class AnimationMapperPlan;
 class AnimationLinkNode;
 class AnimationLinkNodes;
 class UnitAnimationSample;
@@ -70,8 +71,6 @@ public:
     DataTree* buildDescriptionPtr() const;
 
 private:
-    struct Plan;
-
     bool processAnimationInfo(long frameworkId, const AnimationLocation& base, const Arf& arf,
                               const AnimationLinkNodes& links, const std::unordered_map<long, long>& ids);
     void processAnimationLink(long frameworkId, const AnimationLocation& base, const Arf& arf, const AnimationLinkNode& link,
@@ -80,7 +79,6 @@ private:
     void insertOperator(const AnimationLocation& target, const AnimationOperatorRef& op);
     void compilePlan();
     void runKeyed(AnimationComponents& components, const AnimationData& data, bool checkTargets) const;
-    void runPlan(AnimationComponents& components, const AnimationData& data) const;
 
     AnimationMergeType firstMerge = ANIMATION_MERGE_REPLACE;
     AnimationFrameworkRef framework;
@@ -88,7 +86,7 @@ private:
     // The sets' ids as the document gives them (ascending, repeated ids
     // once): what components made from it hold.
     std::map<AnimationLocation, std::vector<long>> documentSets;
-    std::shared_ptr<const Plan> plan;
+    std::shared_ptr<const AnimationMapperPlan> plan;
 };
 
 } // namespace sorvane::arf

@@ -3,27 +3,21 @@
 #include "sorvane/archive/JsonExporter.h"
 #include "sorvane/archive/JsonImporter.h"
 #include "sorvane/core/RuntimeException.h"
+#include "sorvane/datatree/node/Walk.h"
 #include "sorvane/datatree/node/Array.h"
 #include "sorvane/datatree/node/String.h"
 
 namespace sorvane::datatree {
 
+// Nesting built in code can be deeper than the stack allows: the walks over
+// it keep their own work lists.
+List::~List() { detail::dismantle(items); }
+
 DataTreeType List::getType() const { return DataTreeType::List; }
 
-bool List::equals(const Node& other) const {
-    if (!other.isList() || other.getSize() != getSize()) return false;
-    for (long i = 0; i < getSize(); ++i) {
-        if (!items[i].equals(other.getItem(i))) return false;
-    }
-    return true;
-}
+bool List::equals(const Node& other) const { return detail::deepEquals(*this, other); }
 
-Node* List::clone() const {
-    auto* copy = new List();
-    copy->items.reserve(items.size());
-    for (const DataTree& item : items) copy->items.emplace_back(item.getNode().clone());
-    return copy;
-}
+Node* List::clone() const { return detail::deepClone(*this); }
 
 bool List::isList() const { return true; }
 long List::getSize() const { return static_cast<long>(items.size()); }
@@ -159,6 +153,7 @@ void List::fromJson(archive::JsonImporter& importer, DataTreeImport flags) {
 }
 
 void List::toJson(archive::JsonExporter& exporter) const {
+    detail::WriteDepthGuard depth(*this);
     exporter.beginArray();
     for (const DataTree& item : items) {
         exporter.addArrayItem();

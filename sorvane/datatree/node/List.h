@@ -8,9 +8,15 @@
 
 namespace sorvane::datatree {
 
+namespace detail {
+struct Access;
+}
+
 // An ordered sequence of shared handles.
 class SORVANE_API List : public Node {
 public:
+    ~List() override;
+
     DataTreeType getType() const override;
     bool equals(const Node& other) const override;
     Node* clone() const override;
@@ -41,6 +47,8 @@ public:
     using Node::setItem;
 
 private:
+    friend struct detail::Access;
+
     void checkIndex(long index, long limit) const;
 
     std::vector<DataTree> items;

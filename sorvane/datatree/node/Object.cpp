@@ -3,25 +3,19 @@
 #include "sorvane/archive/JsonExporter.h"
 #include "sorvane/archive/JsonImporter.h"
 #include "sorvane/core/RuntimeException.h"
+#include "sorvane/datatree/node/Walk.h"
 
 namespace sorvane::datatree {
 
+// Nesting built in code can be deeper than the stack allows: the walks over
+// it keep their own work lists.
+Object::~Object() { detail::dismantle(items); }
+
 DataTreeType Object::getType() const { return DataTreeType::Object; }
 
-bool Object::equals(const Node& other) const {
-    if (!other.isObject() || other.getSize() != getSize()) return false;
-    for (const std::string& name : other.getItemNames()) {
-        auto found = items.find(name);
-        if (found == items.end() || !found->second.equals(other.getItem(name))) return false;
-    }
-    return true;
-}
+bool Object::equals(const Node& other) const { return detail::deepEquals(*this, other); }
 
-Node* Object::clone() const {
-    auto* copy = new Object();
-    for (const auto& [name, item] : items) copy->items.emplace(name, DataTree(item.getNode().clone()));
-    return copy;
-}
+Node* Object::clone() const { return detail::deepClone(*this); }
 
 bool Object::isObject() const { return true; }
 long Object::getSize() const { return static_cast<long>(items.size()); }
@@ -64,6 +58,7 @@ void Object::fromJson(archive::JsonImporter& importer, DataTreeImport flags) {
 }
 
 void Object::toJson(archive::JsonExporter& exporter) const {
+    detail::WriteDepthGuard depth(*this);
     exporter.beginObject();
     for (const auto& [name, item] : items) {
         exporter.addObjectItem(name);

@@ -9,9 +9,15 @@
 
 namespace sorvane::datatree {
 
+namespace detail {
+struct Access;
+}
+
 // Named shared handles, kept sorted by the bytes of the key.
 class SORVANE_API Object : public Node {
 public:
+    ~Object() override;
+
     DataTreeType getType() const override;
     bool equals(const Node& other) const override;
     Node* clone() const override;
@@ -34,6 +40,8 @@ public:
     using Node::setItem;
 
 private:
+    friend struct detail::Access;
+
     std::map<std::string, DataTree> items;
 };
 

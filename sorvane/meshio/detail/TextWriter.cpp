@@ -46,7 +46,7 @@ void TextWriter::close() {
 
 void checkLocalUri(const std::string& uri, const std::string& from) {
     // The documents' own uri rules, plus a name that must not be empty.
-    if (uri.empty() || archive::isAbsoluteUri(uri) || archive::climbsOutOfFolder(uri))
+    if (uri.empty() || archive::leavesFolderOf(from, uri))
         SORVANE_THROW("Error in %s: '%s' is absolute or leaves the file's folder", from.c_str(), uri.c_str());
 }
 

@@ -48,7 +48,7 @@ private:
 };
 
 // Refuses a file name taken from a file when it is empty, absolute (a root
-// or a drive) or climbs out of the file's folder with "..".
+// or a drive), or leads out of the file's folder ("..", or a symbolic link).
 void checkLocalUri(const std::string& uri, const std::string& from);
 
 } // namespace sorvane::detail

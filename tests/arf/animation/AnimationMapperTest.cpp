@@ -68,6 +68,20 @@ TEST(AnimationMapper, LinearAssociationsSumFromScratch) {
     EXPECT_EQ(0.25f, static_cast<const AnimationMulOperator&>(*ops[1].get()).weight);
     EXPECT_EQ("No operator for 'BlendshapeSet[001](001)'",
               failure([&] { mapper.getOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1}); }));
+
+    // Chains of other merges: target 2 is then multiplied by input 3, target 1
+    // takes input 4 and adds twice input 5.
+    AnimationMapper chains(arf, AnimationFramework::create(kMediapipe, 0));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 2},
+                       AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 3}, ANIMATION_MERGE_MUL));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1},
+                       AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 4}, ANIMATION_MERGE_SUM));
+    chains.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 1},
+                       AnimationMulOperatorRef({ANIMATION_LOCATION_STREAM, 0, 5}, 2.0f, ANIMATION_MERGE_SUM));
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 3})->data()[0] = 0.5f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 4})->data()[0] = 0.125f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 5})->data()[0] = 0.25f;
+    EXPECT_EQ((std::vector<float>{0.2f, 0.625f, 0.6f * 0.5f}), bothPaths(chains, c, *frame, 1));
 }
 
 TEST(AnimationMapper, SamplesAndStaleTargets) {
@@ -190,6 +204,9 @@ TEST(AnimationMapper, JointPlanMatchesKeyed) {
         return planned.getJointTransforms(1);
     };
     EXPECT_EQ(pose, compare());
+    // Copies own their sets: the start is still the rest pose.
+    EXPECT_NE(pose, start.getJointTransforms(1));
+    EXPECT_EQ(AnimationComponents(arf).getJointTransforms(1), start.getJointTransforms(1));
 
     // Joint 1 then multiplies by joint 2's matrix from the left; joint 3 adds
     // a scaled copy of joint 0.

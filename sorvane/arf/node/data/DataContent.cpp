@@ -23,10 +23,10 @@ constexpr const char kBase64Marker[] = ";base64,";
 bool isDataUri(const std::string& uri) { return uri.compare(0, sizeof kDataPrefix - 1, kDataPrefix) == 0; }
 
 // A payload file must stay inside the document: no root, no drive, no "..".
-void checkRelativeUri(const DataNode& node, const std::string& uri) {
+void checkRelativeUri(const DataNode& node, const archive::FileProvider* provider, const std::string& uri) {
     if (archive::isAbsoluteUri(uri))
         SORVANE_THROW("Getting data from %s:\nuri '%s' is absolute", node.getNodePath().c_str(), uri.c_str());
-    if (archive::climbsOutOfFolder(uri))
+    if (archive::leavesFolder(provider, uri))
         SORVANE_THROW("Getting data from %s:\nuri '%s' leaves the document's folder", node.getNodePath().c_str(),
                       uri.c_str());
 }
@@ -71,8 +71,8 @@ public:
             }
         }
         if (!isDataUri(uri)) {
-            checkRelativeUri(node, uri);
             provider_ = root_->getFileProvider().get();
+            checkRelativeUri(node, provider_, uri);
             if (!provider_) SORVANE_THROW("Getting data from %s:\nNo file provider", node.getNodePath().c_str());
             offset_ = node.hasOffset() ? node.getOffset() : 0;
             size_ = storedLength(node, *provider_, uri, offset_);
@@ -271,8 +271,8 @@ int64_t DataContent::getData(const DataNode& node, void* out, int64_t size) {
         }
     }
     if (!isDataUri(uri)) {
-        checkRelativeUri(node, uri);
         const auto& provider = root->getFileProvider();
+        checkRelativeUri(node, provider.get(), uri);
         if (!provider) SORVANE_THROW("Getting data from %s:\nNo file provider", node.getNodePath().c_str());
         const int64_t offset = node.hasOffset() ? node.getOffset() : 0;
         const int64_t bytes = storedLength(node, *provider, uri, offset);

@@ -104,7 +104,7 @@ int64_t DataNodes::addContent(const archive::FileProvider::Block* blocks, size_t
         if (mode != MULTIPLE_FILES && mode != SINGLE_FILE && mode != MEMORY_ONLY)
             SORVANE_THROW("Adding item to %s:\nInvalid storage mode", path.c_str());
         if (!root->getFileProvider()) SORVANE_THROW("Adding item to %s:\nNo file provider", path.c_str());
-        if (uri && archive::climbsOutOfFolder(uri))
+        if (uri && !archive::isAbsoluteUri(uri) && archive::leavesFolder(root->getFileProvider().get(), uri))
             SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
         itemUri = root->findFreeFileName(uri, name, *id, extension);
         root->getFileProvider()->createBlocks(itemUri, blocks, count);

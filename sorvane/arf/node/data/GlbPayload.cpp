@@ -39,6 +39,8 @@ int64_t DataNodes::addGlb(const char* uri, const char* localFile, const char* na
     const std::string itemUri = glbUri(path, uri);
     std::shared_ptr<RootNode> rootNode = root.lock();
     if (!rootNode || !rootNode->getFileProvider()) SORVANE_THROW("Adding item to %s:\nNo file provider", path.c_str());
+    if (archive::leavesFolder(rootNode->getFileProvider().get(), itemUri))
+        SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
     rootNode->getFileProvider()->createFromFile(itemUri, localFile, rootNode->getOverwrite());
     add(kGlbMimeType, itemUri.c_str(), name, id);
     return getNodeSize() - 1;
@@ -51,6 +53,8 @@ int64_t DataNodes::addGlb(const char* uri, const gltf2::Gltf& gltf, const char* 
         SORVANE_THROW("Adding item to %s:\nglTF is not a single file storage mode (e.g., glb)", path.c_str());
     std::shared_ptr<RootNode> rootNode = root.lock();
     if (!rootNode || !rootNode->getFileProvider()) SORVANE_THROW("Adding item to %s:\nNo file provider", path.c_str());
+    if (archive::leavesFolder(rootNode->getFileProvider().get(), itemUri))
+        SORVANE_THROW("Adding item to %s:\nuri '%s' leaves the document's folder", path.c_str(), uri);
     gltf.save(rootNode->getFileProvider(), itemUri);
     add(kGlbMimeType, itemUri.c_str(), name, id);
     return getNodeSize() - 1;
@@ -61,9 +65,9 @@ gltf2::Gltf DataContent::getGltf(const DataNode& node, bool readOnly) {
     if (node.getType() != kGlbMimeType) SORVANE_THROW("Getting glTF from %s:\nNot a glTF", path.c_str());
     const std::string& uri = node.getUri();
     if (archive::isAbsoluteUri(uri)) SORVANE_THROW("Getting glTF from %s:\nuri '%s' is absolute", path.c_str(), uri.c_str());
-    if (archive::climbsOutOfFolder(uri))
-        SORVANE_THROW("Getting glTF from %s:\nuri '%s' leaves the document's folder", path.c_str(), uri.c_str());
     std::shared_ptr<RootNode> rootNode = node.getNodeRoot().lock();
+    if (archive::leavesFolder(rootNode ? rootNode->getFileProvider().get() : nullptr, uri))
+        SORVANE_THROW("Getting glTF from %s:\nuri '%s' leaves the document's folder", path.c_str(), uri.c_str());
     if (!rootNode || !rootNode->getFileProvider()) SORVANE_THROW("Getting glTF from %s:\nNo file provider", path.c_str());
     const std::filesystem::path file(uri);
     auto folder = std::make_shared<archive::RelativeFileProvider>(rootNode->getFileProvider(),

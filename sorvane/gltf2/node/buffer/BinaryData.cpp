@@ -50,8 +50,9 @@ void locate(const BufferNode& buffer, BufferBytes& bytes) {
     const std::string& uri = buffer.getUri();
     if (!startsWith(uri, kDataPrefix)) {
         if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri.c_str());
-        if (archive::climbsOutOfFolder(uri)) SORVANE_THROW("uri '%s' leaves the document's folder", uri.c_str());
         bytes.provider = root->getFileProvider();
+        if (archive::leavesFolder(bytes.provider.get(), uri))
+            SORVANE_THROW("uri '%s' leaves the document's folder", uri.c_str());
         if (!bytes.provider) SORVANE_THROW("No file provider");
         bytes.fileName = uri;
         bytes.size = bytes.provider->getDataSize(uri);

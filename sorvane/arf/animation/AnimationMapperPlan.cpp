@@ -1,0 +1,189 @@
+#include "sorvane/arf/animation/AnimationMapperPlan.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "sorvane/core/RuntimeException.h"
+#include "sorvane/core/math.h"
+
+namespace sorvane::arf {
+
+namespace {
+
+constexpr long kJoint = 16;
+// Sets resolved per call on the stack; a mapper driving more runs by location.
+constexpr size_t kMaxSets = 32;
+
+} // namespace
+
+AnimationMapperPlan::AnimationMapperPlan(std::shared_ptr<const AnimationFrameLayout> layout_,
+                                         const std::map<AnimationLocation, AnimationOperatorRef>& operators,
+                                         const std::map<AnimationLocation, std::vector<long>>& documentSets)
+    : layout(std::move(layout_)) {
+    std::map<AnimationLocation, uint32_t> setIndex;
+    for (const auto& [target, op] : operators) {
+        Target t{KEYED, 0, 0, 0, 0, 0};
+        const bool weight =
+            target.type == ANIMATION_LOCATION_BLENDSHAPE_SET || target.type == ANIMATION_LOCATION_TEXTURE_SET;
+        const AnimationLocation setKey(target.type, target.id, -1);
+        const auto set = documentSets.find(setKey);
+        if ((weight || target.type == ANIMATION_LOCATION_SKELETON) && set != documentSets.end()) {
+            const auto& ids = set->second;
+            const auto at = std::lower_bound(ids.begin(), ids.end(), target.index);
+            if (at != ids.end() && *at == target.index) {
+                const auto [slot, added] = setIndex.emplace(setKey, static_cast<uint32_t>(sets.size()));
+                if (added) sets.push_back({target.type, target.id, ids});
+                t.set = slot->second;
+                t.position = static_cast<long>(at - ids.begin()) * (weight ? 1 : kJoint);
+                t.first = static_cast<uint32_t>(steps.size());
+                t.kind = compile(op, weight, steps);
+                if (t.kind == KEYED || t.kind == SKIP) steps.resize(t.first);
+                t.count = static_cast<uint32_t>(steps.size() - t.first);
+                t.length = weight ? 1 : kJoint;
+            }
+        }
+        if (t.kind == KEYED) {
+            t.first = static_cast<uint32_t>(keyed.size());
+            keyed.push_back({target, op});
+        }
+        // Bypasses of consecutive inputs onto consecutive elements (a tracker
+        // driving a skeleton or set directly) become one copy.
+        if (t.kind == COPY && !targets.empty()) {
+            Target& last = targets.back();
+            if (last.kind == COPY && last.set == t.set && last.position + last.length == t.position &&
+                steps[last.first].source + last.length == steps[t.first].source) {
+                last.length += t.length;
+                steps.resize(t.first);
+                continue;
+            }
+        }
+        targets.push_back(t);
+    }
+}
+
+AnimationMapperPlan::Kind AnimationMapperPlan::compile(const AnimationOperatorRef& op, bool weight,
+                                                       std::vector<Step>& out) const {
+    std::vector<AnimationOperatorRef> chain;
+    if (op && op.getType() == ANIMATION_OPERATOR_QUEUE)
+        chain = static_cast<const AnimationQueueOperator&>(*op.get()).operators;
+    else
+        chain.push_back(op);
+    const auto& locations = layout->locations;
+    const long need = weight ? 1 : kJoint;
+    for (const auto& step : chain) {
+        const auto type = step ? step.getType() : ANIMATION_OPERATOR_INVALID;
+        if (type != ANIMATION_OPERATOR_BYPASS && type != ANIMATION_OPERATOR_MUL) return KEYED;
+        const auto& value = static_cast<const AnimationValueOperator&>(*step.get());
+        if (value.mergeType < ANIMATION_MERGE_REPLACE || value.mergeType > ANIMATION_MERGE_MUL) return KEYED;
+        const auto found = std::lower_bound(locations.begin(), locations.end(), value.location);
+        // By location this step would find no value and leave the target whole.
+        if (found == locations.end() || *found != value.location) return SKIP;
+        const size_t position = static_cast<size_t>(found - locations.begin());
+        const long offset = layout->offsets[position];
+        const long end = position + 1 < locations.size() ? layout->offsets[position + 1] : layout->floatCount;
+        if (end - offset != need) return KEYED; // a size mismatch: the operator reports it
+        const bool scaled = type == ANIMATION_OPERATOR_MUL;
+        out.push_back({offset, scaled ? static_cast<const AnimationMulOperator&>(value).weight : 1.0f, scaled,
+                       value.mergeType});
+    }
+    const size_t n = chain.size();
+    if (n == 0) return weight ? STEPS : STEPS16; // an empty queue leaves the value as it is
+    const Step* first = out.data() + (out.size() - n);
+    if (n == 1 && !first->scaled && first->merge == ANIMATION_MERGE_REPLACE) return COPY;
+    if (!weight) return STEPS16;
+    bool sum = first->scaled && first->merge == ANIMATION_MERGE_REPLACE;
+    for (size_t k = 1; k < n && sum; ++k) sum = first[k].scaled && first[k].merge == ANIMATION_MERGE_SUM;
+    return sum ? SUM : STEPS;
+}
+
+bool AnimationMapperPlan::resolve(AnimationComponents& components, const AnimationData& data, float** blocks) const {
+    if (sets.size() > kMaxSets) return false;
+    const auto& given = data.getLayout();
+    if (given != layout && !(given && layout && *given == *layout)) return false;
+    for (size_t i = 0; i < sets.size(); ++i) {
+        const Set& set = sets[i];
+        if (set.type == ANIMATION_LOCATION_SKELETON) {
+            auto* s = components.findSkeleton(set.id);
+            if (!s || !s->allSixteen() || s->getIds() != set.ids) return false;
+            blocks[i] = s->getTransforms();
+        } else {
+            AnimationComponents::AnimationWeightSet* w =
+                set.type == ANIMATION_LOCATION_BLENDSHAPE_SET
+                    ? static_cast<AnimationComponents::AnimationWeightSet*>(components.findBlendshapeSet(set.id))
+                    : components.findTextureSet(set.id);
+            if (!w || w->getIds() != set.ids) return false;
+            blocks[i] = w->getWeights();
+        }
+    }
+    return true;
+}
+
+bool AnimationMapperPlan::fits(const AnimationComponents& components, const AnimationData& data) const {
+    float* blocks[kMaxSets];
+    // resolve only reads; the blocks it finds are not written here.
+    return resolve(const_cast<AnimationComponents&>(components), data, blocks);
+}
+
+bool AnimationMapperPlan::run(AnimationComponents& components, const AnimationData& data) const {
+    float* blocks[kMaxSets];
+    if (!resolve(components, data, blocks)) return false;
+    const float* frame = data.getBlock();
+    const Step* all = steps.data();
+    for (const Target& t : targets) {
+        const Step* s = all + t.first;
+        switch (t.kind) {
+        case COPY:
+            std::memcpy(blocks[t.set] + t.position, frame + s->source, sizeof(float) * static_cast<size_t>(t.length));
+            break;
+        case SUM: {
+            float acc = frame[s->source] * s->weight;
+            for (uint32_t k = 1; k < t.count; ++k) acc = acc + frame[s[k].source] * s[k].weight;
+            blocks[t.set][t.position] = acc;
+            break;
+        }
+        case STEPS: {
+            float acc = blocks[t.set][t.position];
+            for (uint32_t k = 0; k < t.count; ++k) {
+                const float v = s[k].scaled ? frame[s[k].source] * s[k].weight : frame[s[k].source];
+                acc = s[k].merge == ANIMATION_MERGE_REPLACE ? v : s[k].merge == ANIMATION_MERGE_SUM ? acc + v : acc * v;
+            }
+            blocks[t.set][t.position] = acc;
+            break;
+        }
+        case STEPS16: {
+            float* target = blocks[t.set] + t.position;
+            float acc[kJoint], v[kJoint];
+            std::memcpy(acc, target, sizeof acc);
+            for (uint32_t k = 0; k < t.count; ++k) {
+                for (long e = 0; e < kJoint; ++e)
+                    v[e] = s[k].scaled ? frame[s[k].source + e] * s[k].weight : frame[s[k].source + e];
+                if (s[k].merge == ANIMATION_MERGE_REPLACE)
+                    std::memcpy(acc, v, sizeof acc);
+                else if (s[k].merge == ANIMATION_MERGE_SUM)
+                    for (long e = 0; e < kJoint; ++e) acc[e] += v[e];
+                else
+                    matrix4x4_lmul_float(acc, v, MATRIX4X4_ROW_MAJOR);
+            }
+            std::memcpy(target, acc, sizeof acc);
+            break;
+        }
+        case KEYED: {
+            const Keyed& k = keyed[t.first];
+            if (!components.hasValue(k.location))
+                SORVANE_THROW("Invalid target location '%s'", k.location.desc().c_str());
+            try {
+                auto value = components.getValue(k.location);
+                k.op.run(*value, data);
+                components.setValue(k.location, value);
+            } catch (const AnimationValueNotFound&) {
+                // A target with a missing source keeps its value whole.
+            }
+            break;
+        }
+        case SKIP: break;
+        }
+    }
+    return true;
+}
+
+} // namespace sorvane::arf
