@@ -16,6 +16,8 @@
 #include "sorvane/arf/animation/AnimationComponents.h"
 #include "sorvane/arf/animation/AnimationFramework.h"
 #include "sorvane/arf/animation/AnimationMapper.h"
+#include "sorvane/arf/animation/stream/BlendshapeAnimationSample.h"
+#include "sorvane/arf/animation/stream/JointAnimationSample.h"
 
 long talvexBenchAllocations();
 
@@ -189,6 +191,28 @@ void BM_MapperFrameKeyed(benchmark::State& state) {
     measure(state, io, [&] { r.run<true>(io); });
 }
 
+// The same per decoded stream unit: a blendshape sample of 52 entries and a
+// joint sample of 84, as nextUnitSample leaves them.
+void BM_MapperSample(benchmark::State& state) {
+    Io io;
+    Receiver r;
+    BlendshapeAnimationSample face;
+    JointAnimationSample body;
+    face.setBlendshapeCount(kShapes);
+    for (long i = 0; i < kShapes; ++i) face.setBlendshapeId(i, i);
+    body.setJointCount(kJoints);
+    for (long j = 0; j < kJoints; ++j) body.getJoints()[static_cast<size_t>(j)].id = j;
+    measure(state, io, [&] {
+        for (long i = 0; i < kShapes; ++i) face.getBlendshapes()[static_cast<size_t>(i)].weight = io.weightsIn[static_cast<size_t>(i)];
+        for (long j = 0; j < kJoints; ++j)
+            std::memcpy(body.getJoints()[static_cast<size_t>(j)].transform, io.transformsIn.data() + j * 16, 64);
+        r.faceMapper.updateComponents(&r.faceState, &face);
+        r.bodyMapper.updateComponents(&r.bodyState, &body);
+        r.faceState.getBlendshapeWeights(io.weightsOut.data(), kShapes * 4, 1);
+        r.bodyState.getJointTransforms(io.transformsOut.data(), kJoints * 64, 1);
+    });
+}
+
 void BM_MapperFrameKernel(benchmark::State& state) {
     Io io;
     Kernel kernel;
@@ -199,4 +223,5 @@ void BM_MapperFrameKernel(benchmark::State& state) {
 
 BENCHMARK(BM_MapperFrame);
 BENCHMARK(BM_MapperFrameKeyed);
+BENCHMARK(BM_MapperSample);
 BENCHMARK(BM_MapperFrameKernel);

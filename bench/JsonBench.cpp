@@ -1,6 +1,6 @@
 // JSON reading and writing against RapidJSON on the same ARF-shaped text,
 // in the same run:
-//   Json_ImporterWalk   our cursor, typed reads as a node reader does them
+//   Json_ImporterWalk   our cursor, typed reads as a node reader does them (keys in place)
 //   Json_RapidParse     rapidjson::Document::Parse of the same text
 //   Json_SimdParse      simdjson's DOM parse of the same text (when installed)
 //   Json_ExporterWrite  our writer, the same structure
@@ -19,6 +19,7 @@
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <string_view>
 
 #include "ArfJsonGenerator.h"
 #include "sorvane/archive/JsonExporter.h"
@@ -71,15 +72,24 @@ void fail(const char* what, JsonImporter& in) {
     std::abort();
 }
 
+// A key where it lies in the text, as the record reader takes it.
+bool nextKey(JsonImporter& in, std::string_view& key) {
+    const char* text = nullptr;
+    size_t length = 0;
+    if (!in.nextObjectKey(text, length)) return false;
+    key = std::string_view(text, length);
+    return true;
+}
+
 // The reading pattern of a record: keys dispatched to typed calls, unknown
 // keys skipped.
 void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
-    std::string key;
+    std::string_view key;
     if (!in.nextBeginObject()) fail("object", in);
-    while (in.nextObjectItem(key)) {
+    while (nextKey(in, key)) {
         if (key == "preamble") {
             if (!in.nextBeginObject()) fail("preamble", in);
-            while (in.nextObjectItem(key)) {
+            while (nextKey(in, key)) {
                 if (key == "signature") {
                     if (!in.nextString(model.signature)) fail("signature", in);
                 } else if (key == "version") {
@@ -93,19 +103,19 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
             if (!in.nextEndObject()) fail("end", in);
         } else if (key == "components") {
             if (!in.nextBeginObject()) fail("components", in);
-            while (in.nextObjectItem(key)) {
+            while (nextKey(in, key)) {
                 if (!in.nextBeginArray()) fail("list", in);
                 if (key == "meshes") {
                     model.meshes.clear();
                     while (in.nextArrayItem()) {
                         auto& mesh = model.meshes.emplace_back();
                         if (!in.nextBeginObject()) fail("mesh", in);
-                        while (in.nextObjectItem(key)) {
+                        while (nextKey(in, key)) {
                             bool ok = key == "name"   ? in.nextString(mesh.name)
                                       : key == "id"   ? (mesh.id = in.nextInteger().value_or(-1)) >= 0
                                       : key == "data" ? in.nextIntegerList(mesh.data)
                                                       : in.skipContent(0, 0);
-                            if (!ok) fail(key.c_str(), in);
+                            if (!ok) fail(std::string(key).c_str(), in);
                         }
                         if (!in.nextEndObject()) fail("end", in);
                     }
@@ -114,7 +124,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
                     while (in.nextArrayItem()) {
                         auto& node = model.nodes.emplace_back();
                         if (!in.nextBeginObject()) fail("node", in);
-                        while (in.nextObjectItem(key)) {
+                        while (nextKey(in, key)) {
                             bool ok = key == "name"          ? in.nextString(node.name)
                                       : key == "id"          ? (node.id = in.nextInteger().value_or(-1)) >= 0
                                       : key == "translation" ? in.nextNumberList(node.translation)
@@ -122,7 +132,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
                                       : key == "scale"       ? in.nextNumberList(node.scale)
                                       : key == "children"    ? in.nextIntegerList(node.children)
                                                              : in.skipContent(0, 0);
-                            if (!ok) fail(key.c_str(), in);
+                            if (!ok) fail(std::string(key).c_str(), in);
                         }
                         if (!in.nextEndObject()) fail("end", in);
                     }
@@ -131,7 +141,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
                     while (in.nextArrayItem()) {
                         auto& set = model.blendshapeSets.emplace_back();
                         if (!in.nextBeginObject()) fail("set", in);
-                        while (in.nextObjectItem(key)) {
+                        while (nextKey(in, key)) {
                             bool ok = true;
                             if (key == "name") {
                                 ok = in.nextString(set.name);
@@ -146,7 +156,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
                             } else {
                                 ok = in.skipContent(0, 0);
                             }
-                            if (!ok) fail(key.c_str(), in);
+                            if (!ok) fail(std::string(key).c_str(), in);
                         }
                         if (!in.nextEndObject()) fail("end", in);
                     }
@@ -163,7 +173,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
             while (in.nextArrayItem()) {
                 auto& item = model.data.emplace_back();
                 if (!in.nextBeginObject()) fail("item", in);
-                while (in.nextObjectItem(key)) {
+                while (nextKey(in, key)) {
                     bool ok = key == "name"         ? in.nextString(item.name)
                               : key == "id"         ? (item.id = in.nextInteger().value_or(-1)) >= 0
                               : key == "uri"        ? in.nextString(item.uri)
@@ -171,7 +181,7 @@ void readRecords(JsonImporter& in, bench::ArfJsonModel& model) {
                               : key == "byteOffset" ? (item.byteOffset = in.nextInteger().value_or(-1)) >= 0
                               : key == "byteLength" ? (item.byteLength = in.nextInteger().value_or(-1)) >= 0
                                                     : in.skipContent(0, 0);
-                    if (!ok) fail(key.c_str(), in);
+                    if (!ok) fail(std::string(key).c_str(), in);
                 }
                 if (!in.nextEndObject()) fail("end", in);
             }

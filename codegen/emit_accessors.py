@@ -159,6 +159,9 @@ class AccessorEmitter:
             o.append(f"    static void removeValue({N}& n, int64_t i, const std::string& k) {{ n.remove{C}Value(i, k); }}")
         else:
             t = f.base_type(self.records)
+            if f.type == "object" and f.optional and record.module == "gltf2":
+                # A glTF accessor's get makes an absent child on a writable document.
+                o.append("    static constexpr bool kCreateOnGet = true;")
             o.append(f"    static const {t}& get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const {t}& v) {{ n.set{C}(v); }}")
         if f.optional:

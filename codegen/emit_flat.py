@@ -161,7 +161,8 @@ class FlatEmitter:
                                         f"if (self && !item) return flat::fail(\"item is NULL\");\n    "
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}[index].set(*item); }});"))
                 # An absent optional list reads as no values, as its size reads 0.
-                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()" if f.optional else f"a.{m}.get()")
+                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()"
+                        if f.optional and f.read_default is None else f"a.{m}.get()")
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
                                     f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return {read}; }});"))
                 fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],

@@ -313,6 +313,8 @@ class NodeEmitter:
                 if f.type == "ref":
                     o.append(f"    if ({p}) checkInitReference({target_const(f)}, *{p});")
                 o.append(f"    if ({p}) {self.assign_init(f)}")
+        if record.init_hook:
+            o.append(f"    {record.init_hook}();")
         o.append("}")
         for f in record.fields:
             o.append("")
@@ -364,7 +366,11 @@ class NodeEmitter:
             T = f.element
             P = "const std::string&" if T == "std::string" else T
             R = "const std::string&" if T == "std::string" else T
-            if f.optional:
+            if f.optional and f.read_default is not None:
+                # Reads of the absent list see its default; writes still need the list.
+                cget = f"const std::vector<{T}>* list = {m} ? &*{m} : &get{C}();"
+                mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+            elif f.optional:
                 cget = f"const std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
                 mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
             else:

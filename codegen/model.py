@@ -197,6 +197,11 @@ class Record:
         # and the generated class, beside the node's source; it adds
         # operations computed from the members (NodeNode's transform).
         self.node_base = desc.get("nodeBase")
+        # A method of that base which init calls last, for what init decides
+        # beyond storing its arguments (a camera's child by its type).
+        self.init_hook = desc.get("initHook")
+        if self.init_hook and not self.node_base:
+            raise SchemaError(f"{self.name}: 'initHook' needs 'nodeBase'")
         self.fields = [Field(self, f) for f in desc["fields"]]
         self.init_keys = desc.get("init", [])
         keys = [f.key for f in self.fields]

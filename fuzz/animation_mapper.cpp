@@ -132,10 +132,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                 size_t at = 0;
                 for (int guard = 0; guard < 4096; ++guard) {
                     if (units.nextUnitSample(header, sample)) {
+                        // The plan and the operators by location agree on samples too.
+                        AnimationComponents keyed = live;
+                        bool planFailed = false, keyedFailed = false;
                         try {
                             mapper.updateComponents(&live, sample.get());
                         } catch (const sorvane::RuntimeException&) {
+                            planFailed = true;
                         }
+                        try {
+                            mapper.updateComponentsKeyed(&keyed, sample.get());
+                        } catch (const sorvane::RuntimeException&) {
+                            keyedFailed = true;
+                        }
+                        check(planFailed == keyedFailed);
+                        const auto a = state(live), b = state(keyed);
+                        check(a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0);
                         continue;
                     }
                     if (units.getState() != 1 || at >= streamSize) break;

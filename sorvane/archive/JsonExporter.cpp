@@ -22,6 +22,78 @@ inline bool needsEscape(unsigned char c) {
     return c == '\\' || c == '"' || c == 0 || c == 8 || c == 9 || c == 10 || c == 12 || c == 13;
 }
 
+// "00" to "99": integers are written two digits at a time.
+struct DigitPairs {
+    char text[200];
+    constexpr DigitPairs() : text() {
+        for (int i = 0; i < 100; ++i) {
+            text[2 * i] = static_cast<char>('0' + i / 10);
+            text[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+constexpr DigitPairs kDigitPairs;
+
+constexpr uint64_t kPowers10[] = {1ull,
+                                  10ull,
+                                  100ull,
+                                  1000ull,
+                                  10000ull,
+                                  100000ull,
+                                  1000000ull,
+                                  10000000ull,
+                                  100000000ull,
+                                  1000000000ull,
+                                  10000000000ull,
+                                  100000000000ull,
+                                  1000000000000ull,
+                                  10000000000000ull,
+                                  100000000000000ull,
+                                  1000000000000000ull,
+                                  10000000000000000ull,
+                                  100000000000000000ull,
+                                  1000000000000000000ull,
+                                  10000000000000000000ull};
+
+// The decimal digits of v at out (at most 20); returns their end. The count
+// comes first (from the bit length), so the pairs go in from the end with
+// no reversal.
+inline char* writeDecimal(char* out, uint64_t v) {
+    if (v < 10) {
+        *out = static_cast<char>('0' + v);
+        return out + 1;
+    }
+    const unsigned guess = static_cast<unsigned>((64 - __builtin_clzll(v)) * 1233) >> 12;
+    char* end = out + guess + (v >= kPowers10[guess] ? 1 : 0);
+    char* p = end;
+    while (v >= 100) {
+        const uint64_t pair = v % 100;
+        v /= 100;
+        p -= 2;
+        std::memcpy(p, kDigitPairs.text + 2 * pair, 2);
+    }
+    if (v >= 10) std::memcpy(p - 2, kDigitPairs.text + 2 * v, 2);
+    else p[-1] = static_cast<char>('0' + v);
+    return end;
+}
+
+// True when none of the eight bytes at p needs an escape: no byte below 14
+// (the escaped controls and NUL are among them), no quote, no backslash.
+// Bytes from 0x80 up are plain. Exact zero-byte tests, without false hits.
+inline bool plainWord(const char* p) {
+    uint64_t w;
+    std::memcpy(&w, p, 8);
+    constexpr uint64_t kOnes = 0x0101010101010101ull;
+    constexpr uint64_t kHigh = 0x8080808080808080ull;
+    constexpr uint64_t kLow = 0x7f7f7f7f7f7f7f7full;
+    // A byte of `zero(x)` has its high bit set exactly where x's byte is 0.
+    auto zero = [](uint64_t x) { return ~(((x & kLow) + kLow) | x | kLow); };
+    // Bytes below 14 (high bit clear): adding 0x72 to the low seven bits
+    // carries into bit 7 only from 14 up.
+    const uint64_t small = ~(((w & kLow) + kOnes * 0x72) | w) & kHigh;
+    return (small | zero(w ^ (kOnes * '"')) | zero(w ^ (kOnes * '\\'))) == 0;
+}
+
 } // namespace
 
 JsonExporter::JsonExporter(std::ostream& stream) : JsonExporter(stream, Options()) {}
@@ -148,6 +220,13 @@ void JsonExporter::appendString(const char* value, size_t size) {
         char* out = room(2 * piece);
         char* start = out;
         for (; value < pieceEnd; ++value) {
+            // Eight plain bytes at a time while there are eight.
+            while (pieceEnd - value >= 8 && plainWord(value)) {
+                std::memcpy(out, value, 8);
+                out += 8;
+                value += 8;
+            }
+            if (value == pieceEnd) break;
             unsigned char c = static_cast<unsigned char>(*value);
             if (!needsEscape(c)) {
                 *out++ = static_cast<char>(c);
@@ -213,8 +292,13 @@ void JsonExporter::addNull() {
 
 void JsonExporter::appendInteger(int64_t value) {
     char* out = room(24);
-    auto result = std::to_chars(out, out + 24, value);
-    size_ += static_cast<size_t>(result.ptr - out);
+    char* p = out;
+    uint64_t magnitude = static_cast<uint64_t>(value);
+    if (value < 0) {
+        *p++ = '-';
+        magnitude = uint64_t(0) - magnitude;
+    }
+    size_ += static_cast<size_t>(writeDecimal(p, magnitude) - out);
 }
 
 void JsonExporter::appendNumber(double value) {

@@ -467,6 +467,21 @@ inline bool JsonImporter::scanInteger(int64_t& out) {
     }
     // Wraps silently on overflow, as unsigned arithmetic does.
     uint64_t value = 0;
+#ifdef __SSE2__
+    // Most integers are short and end within the next 16 bytes: one look,
+    // and no scaling of a previous part.
+    if (scan_ != JsonScan::Scalar && e - p >= 16) {
+        const unsigned other = ~digitMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) & 0xFFFFu;
+        if (other) {
+            const unsigned n = firstBit(other);
+            if (n > 0)
+                value = n <= 8 ? eightDigits(p, n) : eightDigits(p, 8) * kPow10Integer[n - 8] + eightDigits(p + 8, n - 8);
+            pos_ = static_cast<size_t>(p + n - base);
+            out = static_cast<int64_t>(negative ? uint64_t(0) - value : value);
+            return true;
+        }
+    }
+#endif
     for (;;) {
         p = takeDigits(scan_, p, e, value);
         pos_ = static_cast<size_t>(p - base);

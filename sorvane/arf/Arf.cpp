@@ -54,20 +54,29 @@ Arf Arf::fromPath(const std::filesystem::path& path, bool load, bool readOnly_) 
         else if (readOnly_) provider = archive::Zip::openShared(path);
         else provider = archive::Zip::openForChangesShared(path);
         break;
-    case MEMORY_ONLY: {
-        // The text goes into the store once, straight from the path.
-        const std::string& text = path.native();
-        auto memory = std::make_shared<archive::MemoryFileProvider>();
-        if (load && text.size() <= kMemoryPrefixLength) SORVANE_THROW("No initial JSON");
-        if (text.size() > kMemoryPrefixLength)
-            memory->create("arf.json", text.data() + kMemoryPrefixLength,
-                           static_cast<int64_t>(text.size() - kMemoryPrefixLength));
-        provider = memory;
-        break;
-    }
+    case MEMORY_ONLY: return fromMemory(path.native(), load, readOnly_);
     default: SORVANE_THROW("Unsupported storage mode");
     }
     Arf arf(provider, mainFileName, mode, load ? readOnly_ : false);
+    if (load) arf.root->__load();
+    else arf.init();
+    return arf;
+}
+
+Arf Arf::fromText(std::string_view path, bool load, bool readOnly_) {
+    if (path.size() >= kMemoryPrefixLength && path.compare(0, kMemoryPrefixLength, kMemoryPrefix) == 0)
+        return fromMemory(path, load, readOnly_);
+    return fromPath(std::filesystem::path(path), load, readOnly_);
+}
+
+Arf Arf::fromMemory(std::string_view text, bool load, bool readOnly_) {
+    // The text goes into the store once, straight from the path.
+    auto memory = std::make_shared<archive::MemoryFileProvider>();
+    if (load && text.size() <= kMemoryPrefixLength) SORVANE_THROW("No initial JSON");
+    if (text.size() > kMemoryPrefixLength)
+        memory->create("arf.json", text.data() + kMemoryPrefixLength,
+                       static_cast<int64_t>(text.size() - kMemoryPrefixLength));
+    Arf arf(memory, "arf.json", MEMORY_ONLY, load ? readOnly_ : false);
     if (load) arf.root->__load();
     else arf.init();
     return arf;
@@ -80,6 +89,22 @@ Arf* Arf::createPtr(const std::filesystem::path& path) { return new Arf(create(p
 Arf Arf::load(const std::filesystem::path& path, bool readOnly_) { return fromPath(path, true, readOnly_); }
 
 Arf* Arf::loadPtr(const std::filesystem::path& path, bool readOnly_) { return new Arf(load(path, readOnly_)); }
+
+Arf Arf::create(const std::string& path) { return fromText(path, false, false); }
+
+Arf Arf::create(const char* path) { return fromText(path ? path : "", false, false); }
+
+Arf* Arf::createPtr(const std::string& path) { return new Arf(create(path)); }
+
+Arf* Arf::createPtr(const char* path) { return new Arf(create(path)); }
+
+Arf Arf::load(const std::string& path, bool readOnly_) { return fromText(path, true, readOnly_); }
+
+Arf Arf::load(const char* path, bool readOnly_) { return fromText(path ? path : "", true, readOnly_); }
+
+Arf* Arf::loadPtr(const std::string& path, bool readOnly_) { return new Arf(load(path, readOnly_)); }
+
+Arf* Arf::loadPtr(const char* path, bool readOnly_) { return new Arf(load(path, readOnly_)); }
 
 Arf Arf::load(const std::shared_ptr<archive::FileProvider>& provider, const std::string& name, StorageMode mode,
               bool readOnly_) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 #include <string>
+#include <string_view>
 
 #include "sorvane/archive/JsonExporter.h"
 #include "sorvane/archive/JsonImporter.h"
@@ -158,6 +159,16 @@ public:
     static Arf* createPtr(const std::filesystem::path& path);
     static Arf load(const std::filesystem::path& path, bool readOnly = false);
     static Arf* loadPtr(const std::filesystem::path& path, bool readOnly = false);
+    // The same for paths given as text: "memory:" text is then taken where it
+    // lies, without the copy and the splitting at every '/' of a path object.
+    static Arf create(const std::string& path);
+    static Arf create(const char* path);
+    static Arf* createPtr(const std::string& path);
+    static Arf* createPtr(const char* path);
+    static Arf load(const std::string& path, bool readOnly = false);
+    static Arf load(const char* path, bool readOnly = false);
+    static Arf* loadPtr(const std::string& path, bool readOnly = false);
+    static Arf* loadPtr(const char* path, bool readOnly = false);
     static Arf load(const std::shared_ptr<archive::FileProvider>& provider, const std::string& name, StorageMode mode,
                     bool readOnly = false);
     static Arf* loadPtr(const std::shared_ptr<archive::FileProvider>& provider, const std::string& name,
@@ -183,6 +194,8 @@ public:
 private:
     explicit Arf(std::shared_ptr<RootNode> root, bool readOnly);
     static Arf fromPath(const std::filesystem::path& path, bool load, bool readOnly);
+    static Arf fromText(std::string_view path, bool load, bool readOnly);
+    static Arf fromMemory(std::string_view text, bool load, bool readOnly);
 
     std::shared_ptr<RootNode> root;
     bool readOnly = false;

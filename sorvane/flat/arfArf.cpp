@@ -16,12 +16,12 @@ extern "C" {
 
 int32_t sorvane_arf_Arf_create(sorvane_arf_Arf** out, const char* path) {
     if (!out) return flat::fail("out is NULL");
-    return flat::guard([&] { *out = Arf::createPtr(std::filesystem::path(flat::str(path))); });
+    return flat::guard([&] { *out = Arf::createPtr(flat::str(path)); });
 }
 
 int32_t sorvane_arf_Arf_load(sorvane_arf_Arf** out, const char* path, bool readOnly) {
     if (!out) return flat::fail("out is NULL");
-    return flat::guard([&] { *out = Arf::loadPtr(std::filesystem::path(flat::str(path)), readOnly); });
+    return flat::guard([&] { *out = Arf::loadPtr(flat::str(path), readOnly); });
 }
 
 int32_t sorvane_arf_Arf_loadProvider(sorvane_arf_Arf** out, sorvane_archive_FileProviderRef* provider,

@@ -47,8 +47,9 @@ Gltf::Gltf() : Gltf(std::make_shared<RootNode>(), false) {}
 Gltf::Gltf(std::shared_ptr<RootNode> root_, bool readOnly_)
     : root(std::move(root_)), readOnly(readOnly_), asset(root, readOnly), extensionsUsed(root, readOnly),
       extensionsRequired(root, readOnly), buffers(root, readOnly), bufferViews(root, readOnly),
-      accessors(root, readOnly), meshes(root, readOnly), nodes(root, readOnly), skins(root, readOnly),
-      scenes(root, readOnly), scene(root, readOnly) {}
+      accessors(root, readOnly), images(root, readOnly), samplers(root, readOnly), textures(root, readOnly),
+      materials(root, readOnly), cameras(root, readOnly), meshes(root, readOnly), nodes(root, readOnly),
+      skins(root, readOnly), scenes(root, readOnly), scene(root, readOnly) {}
 
 Gltf::Gltf(const std::shared_ptr<archive::FileProvider>& provider, const std::string& mainFileName, StorageMode mode,
            bool readOnly_)

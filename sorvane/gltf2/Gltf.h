@@ -19,6 +19,11 @@
 #include "sorvane/gltf2/property/accessor/AccessorList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
+#include "sorvane/gltf2/property/camera/CameraList.h"
+#include "sorvane/gltf2/property/image/ImageList.h"
+#include "sorvane/gltf2/property/material/MaterialList.h"
+#include "sorvane/gltf2/property/sampler/SamplerList.h"
+#include "sorvane/gltf2/property/texture/TextureList.h"
 #include "sorvane/gltf2/property/mesh/MeshList.h"
 #include "sorvane/gltf2/property/node/NodeList.h"
 #include "sorvane/gltf2/property/scene/SceneList.h"
@@ -42,6 +47,26 @@ struct SORVANE_API BufferViewsKey {
 struct SORVANE_API AccessorsKey {
     static constexpr const char* kKey = "accessors";
     static const std::shared_ptr<AccessorNodes>& get(const RootNode& r) { return r.getAccessors(); }
+};
+struct SORVANE_API ImagesKey {
+    static constexpr const char* kKey = "images";
+    static const std::shared_ptr<ImageNodes>& get(const RootNode& r) { return r.getImages(); }
+};
+struct SORVANE_API SamplersKey {
+    static constexpr const char* kKey = "samplers";
+    static const std::shared_ptr<SamplerNodes>& get(const RootNode& r) { return r.getSamplers(); }
+};
+struct SORVANE_API TexturesKey {
+    static constexpr const char* kKey = "textures";
+    static const std::shared_ptr<TextureNodes>& get(const RootNode& r) { return r.getTextures(); }
+};
+struct SORVANE_API MaterialsKey {
+    static constexpr const char* kKey = "materials";
+    static const std::shared_ptr<MaterialNodes>& get(const RootNode& r) { return r.getMaterials(); }
+};
+struct SORVANE_API CamerasKey {
+    static constexpr const char* kKey = "cameras";
+    static const std::shared_ptr<CameraNodes>& get(const RootNode& r) { return r.getCameras(); }
 };
 struct SORVANE_API MeshesKey {
     static constexpr const char* kKey = "meshes";
@@ -209,6 +234,11 @@ public:
     using Buffers = RootList<BufferList, roots::BuffersKey>;
     using BufferViews = RootList<BufferViewList, roots::BufferViewsKey>;
     using Accessors = RootList<AccessorList, roots::AccessorsKey>;
+    using Images = RootList<ImageList, roots::ImagesKey>;
+    using Samplers = RootList<SamplerList, roots::SamplersKey>;
+    using Textures = RootList<TextureList, roots::TexturesKey>;
+    using Materials = RootList<MaterialList, roots::MaterialsKey>;
+    using Cameras = RootList<CameraList, roots::CamerasKey>;
     using Meshes = RootList<MeshList, roots::MeshesKey>;
     using Nodes = RootList<NodeList, roots::NodesKey>;
     using Skins = RootList<SkinList, roots::SkinsKey>;
@@ -292,6 +322,11 @@ public:
     Buffers buffers;
     BufferViews bufferViews;
     Accessors accessors;
+    Images images;
+    Samplers samplers;
+    Textures textures;
+    Materials materials;
+    Cameras cameras;
     Meshes meshes;
     Nodes nodes;
     Skins skins;

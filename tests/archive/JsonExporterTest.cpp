@@ -326,3 +326,52 @@ TEST(JsonExporter, LongStringsAndSmallStreams) {
     EXPECT_EQ(*strings, std::vector<std::string>(3, value));
     EXPECT_EQ(in.getLine(), 5);
 }
+
+// Integers at every digit-count boundary and at random, against the
+// standard library; strings with each byte value at each position of an
+// eight-byte word, against a byte-by-byte escape.
+TEST(JsonExporter, IntegerDigitsAndStringWords) {
+    std::vector<int64_t> values{0, INT64_MIN, INT64_MAX, INT64_MIN + 1};
+    for (uint64_t power = 1; power <= uint64_t(INT64_MAX) / 10; power *= 10)
+        for (int64_t v : {int64_t(power) - 1, int64_t(power), int64_t(power) + 1, int64_t(power * 10) - 1})
+            values.insert(values.end(), {v, -v});
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 2000; ++i) values.push_back(static_cast<int64_t>(random() >> (random() % 64)));
+    std::ostringstream stream;
+    {
+        JsonExporter out(stream, JsonExporter::Options{false, true, false});
+        out.addIntegerList(values);
+    }
+    std::string expected = "[";
+    for (size_t i = 0; i < values.size(); ++i) expected += (i ? ", " : "") + std::to_string(values[i]);
+    EXPECT_EQ(stream.str(), expected + "]");
+
+    auto escaped = [](const std::string& text) {
+        std::string out = "\"";
+        for (char c : text) {
+            switch (c) {
+            case '"': out += "\\\""; break;
+            case '\\': out += "\\\\"; break;
+            case '\b': out += "\\b"; break;
+            case '\t': out += "\\t"; break;
+            case '\n': out += "\\n"; break;
+            case '\f': out += "\\f"; break;
+            case '\r': out += "\\r"; break;
+            default: out += c;
+            }
+        }
+        return out + "\"";
+    };
+    for (int byte = 1; byte < 256; ++byte) {
+        for (size_t at = 0; at < 19; ++at) {
+            std::string text(19, 'x');
+            text[at] = static_cast<char>(byte);
+            std::ostringstream one;
+            {
+                JsonExporter out(one);
+                out.addString(text);
+            }
+            ASSERT_EQ(one.str(), escaped(text)) << "byte " << byte << " at " << at;
+        }
+    }
+}

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 
 #include "sorvane/archive/DiskFileProvider.h"
 #include "sorvane/archive/MemoryFileProvider.h"
@@ -101,6 +102,34 @@ TEST(Arf, MemoryDocuments) {
     EXPECT_EQ(messageOf([&] { Arf(memory, "x.json", MEMORY_ONLY, false); }), "Invalid main file name");
     EXPECT_EQ(messageOf([&] { Arf(memory, "", MULTIPLE_FILES, false); }), "Empty file name");
     EXPECT_EQ(messageOf([&] { Arf(memory, "a", AUTO, false); }), "Invalid storage mode");
+}
+
+// A path given as text reads "memory:" documents where they lie; slashes in
+// the text (uris, types) must not matter, as they would to a path object.
+TEST(Arf, PathGivenAsText) {
+    Arf source = Arf::create("memory:");
+    fill(source);
+    source.identity->name.set("a//b/c/ d/e/");
+    const std::string text = source.toJsonString();
+    ASSERT_NE(text.find("a//b/c/"), std::string::npos);
+    const std::string memory = "memory:" + text;
+    EXPECT_EQ(Arf::load(memory).toJsonString(), text);
+    EXPECT_EQ(Arf::load(memory.c_str(), true).toJsonString(), text);
+    EXPECT_EQ(Arf::load(std::filesystem::path(memory)).toJsonString(), text);
+    std::unique_ptr<Arf> held(Arf::loadPtr(memory, true));
+    EXPECT_TRUE(held->isReadOnly());
+    EXPECT_EQ(held->getStorageMode(), MEMORY_ONLY);
+    EXPECT_EQ(std::unique_ptr<Arf>(Arf::createPtr(std::string("memory:")))->toJsonString(),
+              Arf::create(std::filesystem::path("memory:")).toJsonString());
+
+    // Anything else still goes the way of a path.
+    Scratch scratch;
+    const std::string file = (scratch.dir / "text.arf").string();
+    Arf::create(file).save();
+    EXPECT_EQ(Arf::load(file).getStorageMode(), MULTIPLE_FILES);
+    EXPECT_EQ(Arf::load(file.c_str()).getMainFileName(), "text.arf");
+    EXPECT_EQ(messageOf([] { Arf::load(std::string("memory:")); }), "No initial JSON");
+    EXPECT_EQ(messageOf([] { Arf::load(std::string("x.txt")); }), "Unable to guess storage mode from extension");
 }
 
 TEST(Arf, ReadOnlyDocument) {

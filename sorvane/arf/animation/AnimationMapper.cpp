@@ -299,6 +299,24 @@ AnimationData scratchFrame(const AnimationFramework& framework, const Entries& e
     return AnimationData(std::move(values));
 }
 
+// The floats and id of a sample's i-th entry, for the plan.
+const float* valuesOf(const BlendshapeAnimationSample::Blendshape& e) { return &e.weight; }
+const float* valuesOf(const TextureAnimationSample::Texture& e) { return &e.weight; }
+const float* valuesOf(const JointAnimationSample::Joint& e) { return e.transform; }
+const float* valuesOf(const LandmarkAnimationSample::Landmark& e) { return e.coords; }
+
+const auto& entriesOf(const BlendshapeAnimationSample& s) { return s.getBlendshapes(); }
+const auto& entriesOf(const TextureAnimationSample& s) { return s.getTextures(); }
+const auto& entriesOf(const JointAnimationSample& s) { return s.getJoints(); }
+const auto& entriesOf(const LandmarkAnimationSample& s) { return s.getLandmarks(); }
+
+template <class Sample>
+const float* entryOf(const void* sample, long i, long* id) {
+    const auto& e = entriesOf(*static_cast<const Sample*>(sample))[static_cast<size_t>(i)];
+    *id = e.id;
+    return valuesOf(e);
+}
+
 } // namespace
 
 void AnimationMapper::updateComponents(AnimationComponents* components, const UnitAnimationSample* sample,
@@ -316,6 +334,47 @@ void AnimationMapper::updateComponents(AnimationComponents* components, const Un
         default: SORVANE_THROW("Invalid or unsupported unit animation sample");
         }
     }
+    if (plan) {
+        const AnimationLocation base = framework->getDefaultLocation();
+        bool done = false;
+        switch (kind) {
+        case ANIMATION_UNIT_BLENDSHAPE:
+            done = plan->runSample(*components, base, sample,
+                                   static_cast<const BlendshapeAnimationSample*>(sample)->getBlendshapeCount(), 1,
+                                   &entryOf<BlendshapeAnimationSample>);
+            break;
+        case ANIMATION_UNIT_TEXTURE:
+            done = plan->runSample(*components, base, sample,
+                                   static_cast<const TextureAnimationSample*>(sample)->getTextureCount(), 1,
+                                   &entryOf<TextureAnimationSample>);
+            break;
+        case ANIMATION_UNIT_JOINT:
+            done = plan->runSample(*components, base, sample,
+                                   static_cast<const JointAnimationSample*>(sample)->getJointCount(), 16,
+                                   &entryOf<JointAnimationSample>);
+            break;
+        default:
+            done = plan->runSample(*components, base, sample,
+                                   static_cast<const LandmarkAnimationSample*>(sample)->getLandmarkCount(), 3,
+                                   &entryOf<LandmarkAnimationSample>);
+            break;
+        }
+        if (done) return;
+    }
+    runSampleKeyed(*components, sample, kind);
+}
+
+void AnimationMapper::updateComponentsKeyed(AnimationComponents* components, const UnitAnimationSample* sample) const {
+    if (!components) SORVANE_THROW("components is NULL");
+    if (!sample) SORVANE_THROW("data is NULL");
+    const auto kind = sample->type();
+    if (kind < ANIMATION_UNIT_BLENDSHAPE || kind > ANIMATION_UNIT_TEXTURE)
+        SORVANE_THROW("Invalid or unsupported unit animation sample");
+    runSampleKeyed(*components, sample, kind);
+}
+
+void AnimationMapper::runSampleKeyed(AnimationComponents& components, const UnitAnimationSample* sample,
+                                     AnimationUnitType kind) const {
     const auto weight = [](const auto& e) { return std::make_shared<AnimationWeight>(e.weight); };
     const AnimationData data = [&]() -> AnimationData {
         switch (kind) {
@@ -340,7 +399,7 @@ void AnimationMapper::updateComponents(AnimationComponents* components, const Un
                                 });
         }
     }();
-    runKeyed(*components, data, false);
+    runKeyed(components, data, false);
 }
 
 void AnimationMapper::updateComponents(AnimationComponents* components, const BlendshapeAnimationSample* sample) const {

@@ -64,6 +64,7 @@ public:
 
     // The operators by location only, never the plan (for comparison).
     void updateComponentsKeyed(AnimationComponents* components, const AnimationData* data) const;
+    void updateComponentsKeyed(AnimationComponents* components, const UnitAnimationSample* sample) const;
     // Whether the plan serves this frame and these components.
     bool planFits(const AnimationComponents& components, const AnimationData& data) const;
 
@@ -79,6 +80,7 @@ private:
     void insertOperator(const AnimationLocation& target, const AnimationOperatorRef& op);
     void compilePlan();
     void runKeyed(AnimationComponents& components, const AnimationData& data, bool checkTargets) const;
+    void runSampleKeyed(AnimationComponents& components, const UnitAnimationSample* sample, AnimationUnitType kind) const;
 
     AnimationMergeType firstMerge = ANIMATION_MERGE_REPLACE;
     AnimationFrameworkRef framework;

@@ -13,6 +13,9 @@ namespace {
 constexpr long kJoint = 16;
 // Sets resolved per call on the stack; a mapper driving more runs by location.
 constexpr size_t kMaxSets = 32;
+// Floats of a frame a sample is laid out into on the stack (a full-body
+// tracker is 84 matrices, 1344 floats).
+constexpr long kMaxSampleFloats = 4096;
 
 } // namespace
 
@@ -42,6 +45,7 @@ AnimationMapperPlan::AnimationMapperPlan(std::shared_ptr<const AnimationFrameLay
                 t.length = weight ? 1 : kJoint;
             }
         }
+        if (t.kind == KEYED || t.kind == SKIP) plain = false;
         if (t.kind == KEYED) {
             t.first = static_cast<uint32_t>(keyed.size());
             keyed.push_back({target, op});
@@ -97,9 +101,13 @@ AnimationMapperPlan::Kind AnimationMapperPlan::compile(const AnimationOperatorRe
 }
 
 bool AnimationMapperPlan::resolve(AnimationComponents& components, const AnimationData& data, float** blocks) const {
-    if (sets.size() > kMaxSets) return false;
     const auto& given = data.getLayout();
     if (given != layout && !(given && layout && *given == *layout)) return false;
+    return resolveSets(components, blocks);
+}
+
+bool AnimationMapperPlan::resolveSets(AnimationComponents& components, float** blocks) const {
+    if (sets.size() > kMaxSets) return false;
     for (size_t i = 0; i < sets.size(); ++i) {
         const Set& set = sets[i];
         if (set.type == ANIMATION_LOCATION_SKELETON) {
@@ -124,65 +132,109 @@ bool AnimationMapperPlan::fits(const AnimationComponents& components, const Anim
     return resolve(const_cast<AnimationComponents&>(components), data, blocks);
 }
 
+void AnimationMapperPlan::runPlain(const Target& t, float** blocks, const float* frame, const bool* present) const {
+    const Step* s = steps.data() + t.first;
+    if (present && t.kind == COPY) {
+        // A merged run: each element copied when its own source is there.
+        const long stride = sets[t.set].type == ANIMATION_LOCATION_SKELETON ? kJoint : 1;
+        for (long k = 0; k < t.length; k += stride)
+            if (present[s->source + k])
+                std::memcpy(blocks[t.set] + t.position + k, frame + s->source + k,
+                            sizeof(float) * static_cast<size_t>(stride));
+        return;
+    }
+    if (present)
+        for (uint32_t k = 0; k < t.count; ++k)
+            if (!present[s[k].source]) return;
+    switch (t.kind) {
+    case COPY:
+        std::memcpy(blocks[t.set] + t.position, frame + s->source, sizeof(float) * static_cast<size_t>(t.length));
+        break;
+    case SUM: {
+        float acc = frame[s->source] * s->weight;
+        for (uint32_t k = 1; k < t.count; ++k) acc = acc + frame[s[k].source] * s[k].weight;
+        blocks[t.set][t.position] = acc;
+        break;
+    }
+    case STEPS: {
+        float acc = blocks[t.set][t.position];
+        for (uint32_t k = 0; k < t.count; ++k) {
+            const float v = s[k].scaled ? frame[s[k].source] * s[k].weight : frame[s[k].source];
+            acc = s[k].merge == ANIMATION_MERGE_REPLACE ? v : s[k].merge == ANIMATION_MERGE_SUM ? acc + v : acc * v;
+        }
+        blocks[t.set][t.position] = acc;
+        break;
+    }
+    case STEPS16: {
+        float* target = blocks[t.set] + t.position;
+        float acc[kJoint], v[kJoint];
+        std::memcpy(acc, target, sizeof acc);
+        for (uint32_t k = 0; k < t.count; ++k) {
+            for (long e = 0; e < kJoint; ++e)
+                v[e] = s[k].scaled ? frame[s[k].source + e] * s[k].weight : frame[s[k].source + e];
+            if (s[k].merge == ANIMATION_MERGE_REPLACE)
+                std::memcpy(acc, v, sizeof acc);
+            else if (s[k].merge == ANIMATION_MERGE_SUM)
+                for (long e = 0; e < kJoint; ++e) acc[e] += v[e];
+            else
+                matrix4x4_lmul_float(acc, v, MATRIX4X4_ROW_MAJOR);
+        }
+        std::memcpy(target, acc, sizeof acc);
+        break;
+    }
+    case KEYED:
+    case SKIP: break;
+    }
+}
+
 bool AnimationMapperPlan::run(AnimationComponents& components, const AnimationData& data) const {
     float* blocks[kMaxSets];
     if (!resolve(components, data, blocks)) return false;
     const float* frame = data.getBlock();
-    const Step* all = steps.data();
     for (const Target& t : targets) {
-        const Step* s = all + t.first;
-        switch (t.kind) {
-        case COPY:
-            std::memcpy(blocks[t.set] + t.position, frame + s->source, sizeof(float) * static_cast<size_t>(t.length));
-            break;
-        case SUM: {
-            float acc = frame[s->source] * s->weight;
-            for (uint32_t k = 1; k < t.count; ++k) acc = acc + frame[s[k].source] * s[k].weight;
-            blocks[t.set][t.position] = acc;
-            break;
+        if (t.kind != KEYED) {
+            runPlain(t, blocks, frame, nullptr);
+            continue;
         }
-        case STEPS: {
-            float acc = blocks[t.set][t.position];
-            for (uint32_t k = 0; k < t.count; ++k) {
-                const float v = s[k].scaled ? frame[s[k].source] * s[k].weight : frame[s[k].source];
-                acc = s[k].merge == ANIMATION_MERGE_REPLACE ? v : s[k].merge == ANIMATION_MERGE_SUM ? acc + v : acc * v;
-            }
-            blocks[t.set][t.position] = acc;
-            break;
-        }
-        case STEPS16: {
-            float* target = blocks[t.set] + t.position;
-            float acc[kJoint], v[kJoint];
-            std::memcpy(acc, target, sizeof acc);
-            for (uint32_t k = 0; k < t.count; ++k) {
-                for (long e = 0; e < kJoint; ++e)
-                    v[e] = s[k].scaled ? frame[s[k].source + e] * s[k].weight : frame[s[k].source + e];
-                if (s[k].merge == ANIMATION_MERGE_REPLACE)
-                    std::memcpy(acc, v, sizeof acc);
-                else if (s[k].merge == ANIMATION_MERGE_SUM)
-                    for (long e = 0; e < kJoint; ++e) acc[e] += v[e];
-                else
-                    matrix4x4_lmul_float(acc, v, MATRIX4X4_ROW_MAJOR);
-            }
-            std::memcpy(target, acc, sizeof acc);
-            break;
-        }
-        case KEYED: {
-            const Keyed& k = keyed[t.first];
-            if (!components.hasValue(k.location))
-                SORVANE_THROW("Invalid target location '%s'", k.location.desc().c_str());
-            try {
-                auto value = components.getValue(k.location);
-                k.op.run(*value, data);
-                components.setValue(k.location, value);
-            } catch (const AnimationValueNotFound&) {
-                // A target with a missing source keeps its value whole.
-            }
-            break;
-        }
-        case SKIP: break;
+        const Keyed& k = keyed[t.first];
+        if (!components.hasValue(k.location))
+            SORVANE_THROW("Invalid target location '%s'", k.location.desc().c_str());
+        try {
+            auto value = components.getValue(k.location);
+            k.op.run(*value, data);
+            components.setValue(k.location, value);
+        } catch (const AnimationValueNotFound&) {
+            // A target with a missing source keeps its value whole.
         }
     }
+    return true;
+}
+
+bool AnimationMapperPlan::runSample(AnimationComponents& components, const AnimationLocation& base,
+                                   const void* sample, long count, long size, Entry entry) const {
+    if (!plain || !layout || layout->floatCount > kMaxSampleFloats) return false;
+    float* blocks[kMaxSets];
+    if (!resolveSets(components, blocks)) return false;
+    float frame[kMaxSampleFloats];
+    bool present[kMaxSampleFloats] = {};
+    const auto& locations = layout->locations;
+    AnimationLocation at = base;
+    for (long i = 0; i < count; ++i) {
+        long id = 0;
+        const float* values = entry(sample, i, &id);
+        at.index = id;
+        const auto found = std::lower_bound(locations.begin(), locations.end(), at);
+        // No plain target reads a location the layout lacks.
+        if (found == locations.end() || *found != at) continue;
+        const size_t position = static_cast<size_t>(found - locations.begin());
+        const long offset = layout->offsets[position];
+        const long end = position + 1 < locations.size() ? layout->offsets[position + 1] : layout->floatCount;
+        if (end - offset != size) return false; // values of another kind: by location, which reports it
+        if (present[offset]) continue;          // the first of a repeated id
+        std::memcpy(frame + offset, values, sizeof(float) * static_cast<size_t>(size));
+        present[offset] = true;
+    }
+    for (const Target& t : targets) runPlain(t, blocks, frame, present);
     return true;
 }
 

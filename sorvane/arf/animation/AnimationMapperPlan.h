@@ -31,6 +31,17 @@ public:
     // touched otherwise.
     bool run(AnimationComponents& components, const AnimationData& data) const;
 
+    // A sample's entries: the floats of entry i and its id.
+    using Entry = const float* (*)(const void* sample, long i, long* id);
+    // Runs the plan on a sample of `count` entries of `size` floats each, put
+    // at `base` with the entry's id as index (the first of a repeated id
+    // wins), and answers whether it did. It does when every target is plain
+    // arithmetic, the components match and each entry the layout has is of
+    // the layout's size there; a target missing a source keeps its value, as
+    // by location. Nothing is touched when it answers false.
+    bool runSample(AnimationComponents& components, const AnimationLocation& base, const void* sample, long count,
+                   long size, Entry entry) const;
+
 private:
     enum Kind : uint8_t {
         COPY,     // bypasses replacing a run of values: one copy of `length` floats
@@ -66,6 +77,10 @@ private:
 
     // The sets' blocks in the given components, or false when they do not match.
     bool resolve(AnimationComponents& components, const AnimationData& data, float** blocks) const;
+    bool resolveSets(AnimationComponents& components, float** blocks) const;
+    // The arithmetic of every target but KEYED ones; with `present`, a target
+    // whose sources are not all there is passed over.
+    void runPlain(const Target& t, float** blocks, const float* frame, const bool* present) const;
     Kind compile(const AnimationOperatorRef& op, bool weight, std::vector<Step>& out) const;
 
     std::shared_ptr<const AnimationFrameLayout> layout;
@@ -73,6 +88,7 @@ private:
     std::vector<Target> targets;
     std::vector<Step> steps;
     std::vector<Keyed> keyed; // by Target::first for KEYED targets
+    bool plain = true;        // no KEYED or SKIP target
 };
 
 } // namespace sorvane::arf

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <iostream>
+#include <typeinfo>
 
 #include "sorvane/arf/node/ItemList.h"
 #include "sorvane/arf/node/RootNode.h"

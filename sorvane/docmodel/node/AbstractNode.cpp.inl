@@ -16,12 +16,16 @@ void AbstractNode::setNodeParent(const WeakRef& parent_) { setNodeParent(parent_
 
 void AbstractNode::setNodeParent(const Ref& parent_) {
     parent = parent_;
-    root.reset();
-    if (!parent_) return;
+    if (!parent_) {
+        root.reset();
+        return;
+    }
     // Direct children of the root take the root from the parent itself,
-    // everything deeper from the chain.
-    root = parent_->getNodeRoot();
-    if (root.expired()) root = std::dynamic_pointer_cast<RootNode>(parent_);
+    // everything deeper from the chain. The parent's link is read in place
+    // (no class overrides getNodeRoot): a returned copy costs two more
+    // atomic counts per node of a load.
+    if (!parent_->root.expired()) root = parent_->root;
+    else root = std::dynamic_pointer_cast<RootNode>(parent_);
 }
 
 bool AbstractNode::isNodePresent() const {
@@ -114,12 +118,12 @@ int64_t AbstractNode::findNodeItemIndexByName(const std::string&) const { failNo
 std::vector<std::string> AbstractNode::getNodeStringVector() const { failNotList(); }
 
 std::string AbstractNode::toJsonString(const archive::JsonExporter::Options& options) const {
-    std::ostringstream out;
+    archive::StringSink out;
     {
         archive::JsonExporter exporter(out, options);
         toJson(exporter);
     }
-    return out.str();
+    return out.take();
 }
 
 std::ostream& operator<<(std::ostream& out, const AbstractNode& node) {

@@ -2,6 +2,28 @@
 // and namespace sorvane::gltf2, where RootNode and the other names resolve
 // to the module's own classes.
 
+namespace {
+
+// The id list a node is, if it is one. The cross cast walks the whole class
+// tree and compares type names; records read one after another share their
+// parent, so the last answer is kept per thread. It stays right while the
+// same address holds an object of the same dynamic type, for which the cast
+// gives the same result.
+const IdItemListBase* asIdItemList(const AbstractNode* node) {
+    struct Last {
+        const AbstractNode* node = nullptr;
+        const std::type_info* type = nullptr;
+        const IdItemListBase* list = nullptr;
+    };
+    thread_local Last last;
+    if (!node) return nullptr;
+    const std::type_info* type = &typeid(*node);
+    if (node != last.node || type != last.type) last = Last{node, type, dynamic_cast<const IdItemListBase*>(node)};
+    return last.list;
+}
+
+} // namespace
+
 RecordNode::~RecordNode() = default;
 
 const RecordField* RecordNode::findField(const std::string& key) const { return findField(key.data(), key.size()); }
@@ -176,7 +198,7 @@ AbstractNode::Ref RecordNode::findReferenceList(const ReferenceTarget& target, c
     }
     AbstractNode::Ref list = holder->hasNodeItem(std::string(target.list)) ? holder->getNodeItem(std::string(target.list))
                                                                            : AbstractNode::Ref();
-    ids = dynamic_cast<const IdItemListBase*>(list.get());
+    ids = asIdItemList(list.get());
     if (!ids) SORVANE_THROW("There is no %s in %s", target.list, holder->getNodePath().c_str());
     return list;
 }
@@ -313,5 +335,6 @@ void RecordNode::setRecordId(int64_t& member, const IdItemListBase* list, int64_
 }
 
 void RecordNode::itemNameChanged() const {
-    if (auto* list = dynamic_cast<const IdItemListBase*>(parent.lock().get())) list->nodeItemsChanged();
+    const AbstractNode::Ref owner = parent.lock();
+    if (const IdItemListBase* list = asIdItemList(owner.get())) list->nodeItemsChanged();
 }

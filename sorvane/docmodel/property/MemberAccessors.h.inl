@@ -33,6 +33,11 @@ template <class D, class = void>
 struct HasReadDefault : std::false_type {};
 template <class D>
 struct HasReadDefault<D, std::void_t<decltype(D::kReadDefault)>> : std::true_type {};
+// Whether an absent child is made by reading it (glTF children).
+template <class D, class = void>
+struct CreatesOnGet : std::false_type {};
+template <class D>
+struct CreatesOnGet<D, std::void_t<decltype(D::kCreateOnGet)>> : std::true_type {};
 inline void writeValue(archive::JsonExporter& out, const std::vector<std::string>& v) { out.addStringList(v); }
 inline void writeValue(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
 inline void writeValue(archive::JsonExporter& out, const std::vector<double>& v) { out.addNumberList(v); }
@@ -195,6 +200,15 @@ public:
         archive::JsonExporter exporter(out);
         detail::writeValue(exporter, Base::get());
     }
+
+    // The values narrowed to float, as a renderer takes colours
+    // (Material::EmissiveFactor, PbrMetallicRoughness::BaseColorFactor).
+    std::vector<float> getFloats() const {
+        std::vector<float> values;
+        for (const Element& v : Base::get()) values.push_back(static_cast<float>(v));
+        return values;
+    }
+    operator std::vector<float>() const { return getFloats(); }
 };
 
 // Reads a reference forwards to the record it names, on top of get():
@@ -322,7 +336,19 @@ public:
         else out << "null";
     }
 
-    Acc get() const { return Acc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly); }
+    Acc get() const {
+        if constexpr (detail::CreatesOnGet<D>::value) {
+            NodeT& n = this->node();
+            if (!D::get(n)) {
+                if (this->propertyReadOnly)
+                    SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
+                auto child = std::make_shared<typename Acc::NodeType>(this->owner);
+                child->incompleteInit();
+                D::set(n, child);
+            }
+        }
+        return Acc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly);
+    }
     Acc* getPtr() const { return new Acc(get()); }
 
     struct Arrow {

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "sorvane/gltf2/node/RootNode.h"
+#include "sorvane/archive/StringSink.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::gltf2 {

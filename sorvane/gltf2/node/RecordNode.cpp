@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <iostream>
+#include <typeinfo>
 
 #include "sorvane/gltf2/node/ItemList.h"
 #include "sorvane/gltf2/node/RootNode.h"

@@ -141,6 +141,11 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::buffers_>("buffers"),
         recordField<&RootNode::bufferViews_>("bufferViews"),
         recordField<&RootNode::accessors_>("accessors"),
+        recordField<&RootNode::images_>("images"),
+        recordField<&RootNode::samplers_>("samplers"),
+        recordField<&RootNode::textures_>("textures"),
+        recordField<&RootNode::materials_>("materials"),
+        recordField<&RootNode::cameras_>("cameras"),
         recordField<&RootNode::meshes_>("meshes"),
         recordField<&RootNode::nodes_>("nodes"),
         recordField<&RootNode::skins_>("skins"),
@@ -159,6 +164,11 @@ void RootNode::incompleteInit() {
     buffers_.reset();
     bufferViews_.reset();
     accessors_.reset();
+    images_.reset();
+    samplers_.reset();
+    textures_.reset();
+    materials_.reset();
+    cameras_.reset();
     meshes_.reset();
     nodes_.reset();
     skins_.reset();

@@ -15,6 +15,11 @@
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
+#include "sorvane/gltf2/node/camera/CameraNodes.h"
+#include "sorvane/gltf2/node/image/ImageNodes.h"
+#include "sorvane/gltf2/node/material/MaterialNodes.h"
+#include "sorvane/gltf2/node/sampler/SamplerNodes.h"
+#include "sorvane/gltf2/node/texture/TextureNodes.h"
 #include "sorvane/gltf2/node/mesh/MeshNodes.h"
 #include "sorvane/gltf2/node/node/NodeNodes.h"
 #include "sorvane/gltf2/node/scene/SceneNodes.h"
@@ -110,6 +115,11 @@ public:
     void setBuffers(const std::shared_ptr<BufferNodes>& node);
     void setBufferViews(const std::shared_ptr<BufferViewNodes>& node);
     void setAccessors(const std::shared_ptr<AccessorNodes>& node);
+    const std::shared_ptr<ImageNodes>& getImages() const { return images_; }
+    const std::shared_ptr<SamplerNodes>& getSamplers() const { return samplers_; }
+    const std::shared_ptr<TextureNodes>& getTextures() const { return textures_; }
+    const std::shared_ptr<MaterialNodes>& getMaterials() const { return materials_; }
+    const std::shared_ptr<CameraNodes>& getCameras() const { return cameras_; }
     // The list, made when absent.
     BufferNodes& buffers();
     BufferViewNodes& bufferViews();
@@ -137,6 +147,11 @@ private:
     std::shared_ptr<BufferNodes> buffers_;
     std::shared_ptr<BufferViewNodes> bufferViews_;
     std::shared_ptr<AccessorNodes> accessors_;
+    std::shared_ptr<ImageNodes> images_;
+    std::shared_ptr<SamplerNodes> samplers_;
+    std::shared_ptr<TextureNodes> textures_;
+    std::shared_ptr<MaterialNodes> materials_;
+    std::shared_ptr<CameraNodes> cameras_;
     std::shared_ptr<MeshNodes> meshes_;
     std::shared_ptr<NodeNodes> nodes_;
     std::shared_ptr<SkinNodes> skins_;

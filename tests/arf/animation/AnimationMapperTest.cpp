@@ -9,6 +9,7 @@
 #include "AnimationTestUtil.h"
 #include "sorvane/arf/animation/AnimationMapper.h"
 #include "sorvane/arf/animation/stream/BlendshapeAnimationSample.h"
+#include "sorvane/arf/animation/stream/JointAnimationSample.h"
 #include "sorvane/arf/animation/stream/SilentAnimationSample.h"
 #include "sorvane/core/math.h"
 
@@ -108,9 +109,12 @@ TEST(AnimationMapper, SamplesAndStaleTargets) {
         sample.setBlendshapeId(i, ids[i]);
         sample.setBlendshapeWeight(i, weights[i]);
     }
+    AnimationComponents keyed = c;
     mapper.updateComponents(&c, static_cast<const UnitAnimationSample*>(&sample));
+    mapper.updateComponentsKeyed(&keyed, &sample);
     // Target 0 from inputs 1 (the first of the repeated ids) and 2; target 2 lacks input 25.
     EXPECT_EQ((std::vector<float>{0.2f, 0.7f, 0.5f}), c.getBlendshapeWeights(1));
+    EXPECT_EQ(keyed.getBlendshapeWeights(1), c.getBlendshapeWeights(1));
 
     SilentAnimationSample silent;
     EXPECT_EQ("Invalid or unsupported unit animation sample",
@@ -223,6 +227,33 @@ TEST(AnimationMapper, JointPlanMatchesKeyed) {
     // A source the frame lacks leaves its target whole on both paths.
     mapper.addOperator({ANIMATION_LOCATION_SKELETON, 1, 0},
                        AnimationBypassOperatorRef({ANIMATION_LOCATION_STREAM, 0, 40}, ANIMATION_MERGE_SUM));
+    // A joint sample naming inputs 2 and 0 (twice: the first wins) and an
+    // unknown 9: only joint 2 has all its sources; joint 0 now also needs
+    // input 40, joints 1 and 3 their own inputs, and they keep their values.
+    JointAnimationSample sample;
+    sample.setJointCount(4);
+    const long ids[4] = {2, 0, 9, 0};
+    for (long k = 0; k < 4; ++k) {
+        sample.getJoints()[static_cast<size_t>(k)].id = ids[k];
+        for (long e = 0; e < 16; ++e) sample.getJoints()[static_cast<size_t>(k)].transform[e] = static_cast<float>(k * 16 + e);
+    }
+    AnimationComponents fromSample = start, fromSampleKeyed = start;
+    mapper.updateComponents(&fromSample, &sample);
+    mapper.updateComponentsKeyed(&fromSampleKeyed, &sample);
+    EXPECT_EQ(fromSampleKeyed.getJointTransforms(1), fromSample.getJointTransforms(1));
+    for (long joint : {0L, 1L, 3L}) EXPECT_EQ(start.getJointTransform(1, joint), fromSample.getJointTransform(1, joint));
+    EXPECT_EQ(std::vector<float>(sample.getJoints()[0].transform, sample.getJoints()[0].transform + 16),
+              fromSample.getJointTransform(1, 2));
+    // Without joint 0's extra operator, the first of the repeated id 0 drives it.
+    AnimationMapper direct(arf, body);
+    AnimationComponents fresh = start, freshKeyed = start;
+    direct.updateComponents(&fresh, &sample);
+    direct.updateComponentsKeyed(&freshKeyed, &sample);
+    EXPECT_EQ(freshKeyed.getJointTransforms(1), fresh.getJointTransforms(1));
+    EXPECT_EQ(std::vector<float>(sample.getJoints()[1].transform, sample.getJoints()[1].transform + 16),
+              fresh.getJointTransform(1, 0));
+    EXPECT_EQ(start.getJointTransform(1, 1), fresh.getJointTransform(1, 1));
+
     const std::vector<float> missing = compare();
     EXPECT_EQ(start.getJointTransform(1, 0), std::vector<float>(missing.begin(), missing.begin() + 16));
 }
