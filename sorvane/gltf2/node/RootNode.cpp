@@ -215,7 +215,12 @@ int64_t RootNode::getScene() const {
 
 void RootNode::setScene(int64_t index) {
     if (scene_ && *scene_ == index) return;
-    checkIndexReference("scenes", "scene", index);
+    // Checked here: the shared check reaches the list through the node's
+    // root, which the root itself does not hold.
+    if (!scenes_) SORVANE_THROW("There is no scenes in %s", getNodePath().c_str());
+    if (index < 0 || index >= scenes_->getNodeSize())
+        SORVANE_THROW("Setting %s.scene: Invalid index %ld in %s", getNodePath().c_str(), static_cast<long>(index),
+                      scenes_->getNodePath().c_str());
     scene_ = index;
 }
 
