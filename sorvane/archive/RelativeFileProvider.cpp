@@ -47,6 +47,10 @@ void RelativeFileProvider::create(const std::string& name, const void* data, int
     parent_->create(resolve(name), data, size);
 }
 
+void RelativeFileProvider::createBlocks(const std::string& name, const Block* blocks, size_t count) {
+    parent_->createBlocks(resolve(name), blocks, count);
+}
+
 void RelativeFileProvider::createFromFile(const std::string& name, const std::string& path, bool overwrite) {
     parent_->createFromFile(resolve(name), path, overwrite);
 }

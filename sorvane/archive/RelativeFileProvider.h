@@ -24,6 +24,8 @@ public:
     int64_t getData(void* out, int64_t outSize, const std::string& name, int64_t offset) const override;
     std::string getString(const std::string& name, int64_t offset) const override;
     void create(const std::string& name, const void* data, int64_t size) override;
+    // Forwarded whole, so that the pieces are not put together here first.
+    void createBlocks(const std::string& name, const Block* blocks, size_t count) override;
     void createFromFile(const std::string& name, const std::string& path, bool overwrite) override;
 
     const std::shared_ptr<FileProvider>& getParent() const { return parent_; }
