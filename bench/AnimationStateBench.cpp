@@ -32,8 +32,8 @@ void* operator new(std::size_t size) {
 void operator delete(void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
-// Heap allocations so far in this program, for the other benchmark files.
-long talvexBenchAllocations() { return allocations.load(); }
+// Heap allocations so far on the calling thread, for the other benchmark files.
+long talvexBenchAllocations() { return allocations; }
 
 using namespace sorvane::arf;
 

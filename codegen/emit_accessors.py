@@ -34,6 +34,13 @@ def member_var(field):
     return field.key + "_" if field.key in RESERVED else field.key
 
 
+def alias(field):
+    """The accessor type's name inside the record's accessor: the key's
+    capitalised form, suffixed where the member itself carries that name
+    (extension keys such as "KHR_gaussian_splatting")."""
+    return field.cap + "Type" if field.cap == member_var(field) else field.cap
+
+
 def descriptor(record, field):
     # Underscored: "JointKey" + "Node" would be the node class's own name.
     return f"{record.name}_{field.key}"
@@ -70,6 +77,8 @@ class AccessorEmitter:
             kind = "ReferenceMember" if f.type == "ref" else "ReferenceListMember"
             return f"{kind}<{N}, {ns}::{target.name}, {ns}::{target.list_class}, {d}>"
         if f.is_value:
+            if f.follow:
+                return f"IndexMember<{N}, ::{record.namespace}::{f.follow}, {d}>"
             if f.read_default is not None:
                 return f"DefaultValueMember<{N}, {d}>"
             return f"ValueMember<{N}, {d}>"
@@ -77,11 +86,17 @@ class AccessorEmitter:
             if f.read_default is not None:
                 return f"DefaultValueListMember<{N}, {d}>"
             return f"ValueListMember<{N}, {d}>"
+        if f.type == "indexMap":
+            return f"IndexMapMember<{N}, {d}>"
+        if f.type == "indexMaps":
+            return f"IndexMapListMember<{N}, {d}>"
         if f.type == "generic":
             return f"GenericMember<{N}, {d}>"
         # Qualified: the member's own name may be the child accessor's name.
         target = f.of_record
         ns = "::" + target.namespace
+        if f.type == "object" and f.create_on_get:
+            return f"CreatedChildMember<{N}, {ns}::{target.name}, {d}>"
         if f.type == "object":
             return f"ChildMember<{N}, {ns}::{target.name}, {d}>"
         return f"ChildListMember<{N}, {ns}::{target.name}List, {d}>"
@@ -94,6 +109,8 @@ class AccessorEmitter:
         o.append(f"    static constexpr bool kOptional = {'true' if f.optional else 'false'};")
         if f.is_reference:
             o.append(f"    static constexpr ReferenceTarget kTarget = {N}::k{C}Target;")
+        if f.follow:
+            o.append(f"    static constexpr const char* kTargetList = {cstr(f.target)};")
         if f.is_value:
             k = f.kind
             o.append(f"    static constexpr const char* kTypeName = {cstr(TYPE_NAMES[f.type])};")
@@ -119,6 +136,27 @@ class AccessorEmitter:
             if f.read_default is not None:
                 items = ", ".join(literal("number", v) for v in f.read_default)
                 o.append(f"    static std::vector<{E}> defaultValue() {{ return {{{items}}}; }}")
+        elif f.type == "indexMap":
+            o.append("    static constexpr bool kMaps = false;")
+            o.append(f"    static const auto& get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static int64_t size(const {N}& n) {{ return n.get{C}Size(); }}")
+            o.append(f"    static std::vector<std::string> keys(const {N}& n) {{ return n.get{C}Keys(); }}")
+            o.append(f"    static bool hasValue(const {N}& n, const std::string& k) {{ return n.has{C}Value(k); }}")
+            o.append(f"    static int64_t getValue(const {N}& n, const std::string& k) {{ return n.get{C}Value(k); }}")
+            o.append(f"    static void setValue({N}& n, const std::string& k, int64_t v) {{ n.set{C}Value(k, v); }}")
+            o.append(f"    static void removeValue({N}& n, const std::string& k) {{ n.remove{C}Value(k); }}")
+        elif f.type == "indexMaps":
+            o.append("    static constexpr bool kMaps = true;")
+            o.append(f"    static const auto& get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static int64_t size(const {N}& n) {{ return n.get{C}Size(); }}")
+            o.append(f"    static bool hasItem(const {N}& n, int64_t i) {{ return n.has{C}Item(i); }}")
+            o.append(f"    static const auto& getItem(const {N}& n, int64_t i) {{ return n.get{C}Item(i); }}")
+            o.append(f"    static int64_t addItem({N}& n) {{ return n.add{C}Item(); }}")
+            o.append(f"    static void removeItem({N}& n, int64_t i) {{ n.remove{C}Item(i); }}")
+            o.append(f"    static bool hasValue(const {N}& n, int64_t i, const std::string& k) {{ return n.has{C}Value(i, k); }}")
+            o.append(f"    static int64_t getValue(const {N}& n, int64_t i, const std::string& k) {{ return n.get{C}Value(i, k); }}")
+            o.append(f"    static void setValue({N}& n, int64_t i, const std::string& k, int64_t v) {{ n.set{C}Value(i, k, v); }}")
+            o.append(f"    static void removeValue({N}& n, int64_t i, const std::string& k) {{ n.remove{C}Value(i, k); }}")
         else:
             t = f.base_type(self.records)
             if f.type == "object" and f.optional and record.module == "gltf2":
@@ -144,6 +182,11 @@ class AccessorEmitter:
             if target and target is not record:
                 inc.add(f"sorvane/{accessor_source(target)}.h")
                 inc.add(target.list_header)
+            if f.is_map:
+                inc.add(f"sorvane/{m}/property/IndexMapMembers.h")
+            if f.follow or f.create_on_get:
+                inc.add(f"sorvane/{m}/property/ExtensionMembers.h")
+
             if f.type == "object":
                 inc.add(f"sorvane/{accessor_source(f.of_record)}.h")
             elif f.type == "list":
@@ -160,7 +203,14 @@ class AccessorEmitter:
              f"#ifndef {guard(path)}", f"#define {guard(path)}", ""]
         for inc in self.includes(record):
             o.append(f'#include "{inc}"')
-        o += ["", f"namespace {record.namespace} {{", "", "namespace fields {", ""]
+        o += ["", f"namespace {record.namespace} {{", ""]
+        # Followed records are declared only: their headers may include this one.
+        follows = sorted({f.follow for f in fields if f.follow})
+        for name in follows:
+            o.append(f"class {name};")
+        if follows:
+            o.append("")
+        o += ["namespace fields {", ""]
         for f in fields:
             o += self.descriptor_struct(record, f)
             o.append("")
@@ -170,16 +220,21 @@ class AccessorEmitter:
         o.append(f"class SORVANE_API {A} : public {base} {{")
         o.append("public:")
         for f in fields:
-            o.append(f"    using {f.cap} = {self.member_type(record, f)};")
+            o.append(f"    using {alias(f)} = {self.member_type(record, f)};")
             if f.type == "refs" and f.target_record(self.records):
                 # The accessor of one position of the list.
+                o.append(f"    using {f.cap}Item = {f.cap}::Item;")
+            if f.type == "indexMap":
+                o.append(f"    using {f.cap}Item = {f.cap}::Item;")
+            if f.type == "indexMaps":
+                o.append(f"    using {f.cap}Map = {f.cap}::Map;")
                 o.append(f"    using {f.cap}Item = {f.cap}::Item;")
         o.append("")
         o.append(f"    {A}();")
         o.append(f"    {A}(const std::shared_ptr<RootNode>& root, const std::shared_ptr<{N}>& node, bool readOnly);")
         o.append("")
         for f in fields:
-            o.append(f"    {f.cap} {member_var(f)};")
+            o.append(f"    {alias(f)} {member_var(f)};")
         o.append("")
         o.append("protected:")
         o.append("    void clearMembers() override;")
@@ -192,8 +247,12 @@ class AccessorEmitter:
         N = record.node_class
         fields = [f for f in record.fields if self.supported(f)]
         o = ["// Generated from schema/ by codegen/generate.py: do not edit.",
-             f'#include "sorvane/{accessor_source(record)}.h"', "",
-             f"namespace {record.namespace} {{", ""]
+             f'#include "sorvane/{accessor_source(record)}.h"']
+        for name in sorted({f.follow for f in fields if f.follow}):
+            followed = self.records.find(record.module, name)
+            if followed is not None and followed is not record:
+                o.append(f'#include "sorvane/{accessor_source(followed)}.h"')
+        o += ["", f"namespace {record.namespace} {{", ""]
         o.append(f"{A}::{A}() = default;")
         o.append("")
         inits = "".join(f",\n      {member_var(f)}(root_, node_, readOnly_)" for f in fields)

@@ -128,8 +128,9 @@ class FlatEmitter:
                 t = C_VALUE[f.type]
                 # An enumeration arrives as an int and is checked by its int2... conversion.
                 value = f"{record.namespace}::int2{f.enum}(value)" if f.type == "enum" else "value"
+                read = "getIndex" if f.follow else "get"
                 fns.append(Function(f"{p}get{C}", [f"{t}* out", h],
-                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<{t}>(a.{m}.get()); }});"))
+                                    f"return flat::get(out, {null}, self, [&](auto& a) {{ return static_cast<{t}>(a.{m}.{read}()); }});"))
                 fns.append(Function(f"{p}set{C}", [h, f"{t} value"],
                                     f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set({value}); }});"))
         elif f.is_list:
@@ -166,6 +167,39 @@ class FlatEmitter:
                                     f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return {read}; }});"))
                 fns.append(Function(f"{p}set{C}{item}Values", [h, f"const {t}* values", "int64_t count"],
                                     f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.set(flat::array(values, count)); }});"))
+        elif f.type == "indexMap":
+            acc = handle("Accessor", record.module)
+            fns.append(Function(f"{p}get{C}Size", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.size(); }});"))
+            fns.append(Function(f"{p}get{C}Key", ["char* out", "int64_t* outSize", h, "int64_t position"],
+                                f"return flat::text(out, outSize, {null}, self, [&](auto& a) {{ return a.{m}.getKey(position); }});",
+                                doc="the key at a position of the map's own order"))
+            fns.append(Function(f"{p}has{C}Value", ["bool* out", h, "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.has(flat::str(key)); }});"))
+            fns.append(Function(f"{p}get{C}Value", ["int64_t* out", h, "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.get(flat::str(key)).getIndex(); }});"))
+            fns.append(Function(f"{p}set{C}Value", [h, "const char* key", "int64_t value"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.put(flat::str(key), value); }});"))
+            fns.append(Function(f"{p}remove{C}Value", [h, "const char* key"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(flat::str(key)); }});"))
+            fns.append(Function(f"{p}get{C}Item", [f"{acc}** out", h, "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.get(flat::str(key)).getPtr(); }});"))
+        elif f.type == "indexMaps":
+            fns.append(Function(f"{p}get{C}Size", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.size(); }});"))
+            fns.append(Function(f"{p}add{C}Item", ["int64_t* out", h],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.add().getPropertyIndex(); }});",
+                                doc="appends an empty map and gives its position"))
+            fns.append(Function(f"{p}remove{C}Item", [h, "int64_t index"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(index); }});"))
+            fns.append(Function(f"{p}has{C}Value", ["bool* out", h, "int64_t index", "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.has(index) && a.{m}.get(index).has(flat::str(key)); }});"))
+            fns.append(Function(f"{p}get{C}Value", ["int64_t* out", h, "int64_t index", "const char* key"],
+                                f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.get(index).get(flat::str(key)).getIndex(); }});"))
+            fns.append(Function(f"{p}set{C}Value", [h, "int64_t index", "const char* key", "int64_t value"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.put(index, flat::str(key), value); }});"))
+            fns.append(Function(f"{p}remove{C}Value", [h, "int64_t index", "const char* key"],
+                                f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(index, flat::str(key)); }});"))
         elif f.type == "object":
             child = f.of_record
             fns.append(Function(f"{p}get{C}", [f"{handle(child)}** out", h],

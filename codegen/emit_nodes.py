@@ -84,6 +84,8 @@ class NodeEmitter:
                 includes.add(f"sorvane/{record.module}/node/generic/ObjectNode.h")
             elif f.type == "enum":
                 includes.add(f"sorvane/{f.enum_header}.h")
+            elif f.is_map:
+                includes.add("sorvane/archive/JsonImporter.h")
         return sorted(includes)
 
     # The hand-written base named by "nodeBase" lives beside the record node.
@@ -131,6 +133,35 @@ class NodeEmitter:
             lines.append(f"void set{C}Value(int64_t index, {P} value);")
             lines.append(f"void add{C}Value({P} value);")
             lines.append(f"void remove{C}Value(int64_t index);")
+        elif f.type == "indexMap":
+            M = "archive::JsonImporter::IntegerMap"
+            lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
+            lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"const {M}& get{C}() const;")
+            lines.append(f"void set{C}(const {M}& values);")
+            lines.append(f"std::vector<std::string> get{C}Keys() const;")
+            lines.append(f"int64_t get{C}Size() const {{ return {m} ? static_cast<int64_t>({m}->size()) : 0; }}")
+            lines.append(f"bool has{C}Value(const std::string& key) const {{ return {m} && {m}->count(key) != 0; }}")
+            lines.append(f"int64_t get{C}Value(const std::string& key) const;")
+            lines.append(f"// Checked against the target list; makes the map when absent.")
+            lines.append(f"void set{C}Value(const std::string& key, int64_t value);")
+            lines.append(f"void remove{C}Value(const std::string& key);")
+        elif f.type == "indexMaps":
+            M = "archive::JsonImporter::IntegerMap"
+            lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
+            lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"const std::vector<{M}>& get{C}() const;")
+            lines.append(f"void set{C}(const std::vector<{M}>& values);")
+            lines.append(f"int64_t get{C}Size() const {{ return {m} ? static_cast<int64_t>({m}->size()) : 0; }}")
+            lines.append(f"bool has{C}Item(int64_t index) const;")
+            lines.append(f"const {M}& get{C}Item(int64_t index) const;")
+            lines.append(f"// Appends an empty map, making the list when absent; returns its position.")
+            lines.append(f"int64_t add{C}Item();")
+            lines.append(f"void remove{C}Item(int64_t index);")
+            lines.append(f"bool has{C}Value(int64_t index, const std::string& key) const;")
+            lines.append(f"int64_t get{C}Value(int64_t index, const std::string& key) const;")
+            lines.append(f"void set{C}Value(int64_t index, const std::string& key, int64_t value);")
+            lines.append(f"void remove{C}Value(int64_t index, const std::string& key);")
         else:
             t = f.base_type(r)
             if f.optional:
@@ -252,6 +283,8 @@ class NodeEmitter:
                 o.append(f"    {m} = {'std::nullopt' if f.optional else default_value(f)};")
             elif f.is_list:
                 o.append(f"    {m}{'.reset()' if f.optional else '.clear()'};")
+            elif f.is_map:
+                o.append(f"    {m}.reset();")
             elif f.optional:
                 o.append(f"    {m}.reset();")
             else:
@@ -275,6 +308,8 @@ class NodeEmitter:
                 o.append(f"    if (!{p}) failMissing({cstr(f.key)});")
                 if f.type == "ref":
                     o.append(f"    checkInitReference({target_const(f)}, *{p});")
+                if f.type == "index":
+                    o.append(f"    checkIndexReference({cstr(f.target)}, {cstr(f.key)}, *{p});")
                 o.append(f"    {self.assign_init(f)}")
             else:
                 if f.type == "ref":
@@ -409,10 +444,111 @@ class NodeEmitter:
             o.append("    list->erase(list->begin() + static_cast<std::ptrdiff_t>(index));")
             o.append("}")
             return o
+        if f.is_map:
+            return self.map_defs(record, f)
         t = f.base_type(r)
         o.append(f"void {N}::set{C}(const {t}& node) {{")
         o.append("    if (node) node->setNodeParent(shared_from_this());")
         o.append(f"    {m} = node;")
+        o.append("}")
+        return o
+
+    def map_defs(self, record, f):
+        N = record.node_class
+        C = f.cap
+        m = f.member
+        key = cstr(f.key)
+        tgt = cstr(f.target)
+        M = "archive::JsonImporter::IntegerMap"
+        path = "getNodePath().c_str()"
+        o = []
+        if f.type == "indexMap":
+            o.append(f"const {M}& {N}::get{C}() const {{")
+            o.append(f'    if (!{m}) SORVANE_THROW("Getting item of %s.%s: No list", {path}, {key});')
+            o.append(f"    return *{m};")
+            o.append("}")
+            o.append(f"void {N}::set{C}(const {M}& values) {{")
+            o.append("    for (const auto& entry : values)")
+            o.append(f"        checkMapIndexReference({tgt}, {key}, entry.first, entry.second);")
+            o.append(f"    {m} = values;")
+            o.append("}")
+            o.append(f"std::vector<std::string> {N}::get{C}Keys() const {{")
+            o.append(f'    if (!{m}) SORVANE_THROW("Getting keys of %s.%s: No list", {path}, {key});')
+            o.append("    std::vector<std::string> keys;")
+            o.append(f"    keys.reserve({m}->size());")
+            o.append(f"    for (const auto& entry : *{m}) keys.push_back(entry.first);")
+            o.append("    return keys;")
+            o.append("}")
+            o.append(f"int64_t {N}::get{C}Value(const std::string& item) const {{")
+            o.append(f'    if (!{m}) SORVANE_THROW("Getting item of %s.%s: No list", {path}, {key});')
+            o.append(f"    auto found = {m}->find(item);")
+            o.append(f'    if (found == {m}->end()) SORVANE_THROW("Getting item of %s.%s: Invalid key %s", {path}, {key}, item.c_str());')
+            o.append("    return found->second;")
+            o.append("}")
+            o.append(f"void {N}::set{C}Value(const std::string& item, int64_t value) {{")
+            o.append(f"    checkMapIndexReference({tgt}, {key}, item, value);")
+            o.append(f"    if (!{m}) {m}.emplace();")
+            o.append(f"    (*{m})[item] = value;")
+            o.append("}")
+            o.append(f"void {N}::remove{C}Value(const std::string& item) {{")
+            o.append(f'    if (!{m}) SORVANE_THROW("Removing item %s of %s.%s: No list", item.c_str(), {path}, {key});')
+            o.append(f'    if ({m}->erase(item) == 0) SORVANE_THROW("Removing item %s of %s.%s: Invalid key", item.c_str(), {path}, {key});')
+            o.append("}")
+            return o
+        o.append(f"const std::vector<{M}>& {N}::get{C}() const {{")
+        o.append(f'    if (!{m}) SORVANE_THROW("Getting item of %s.%s: No list", {path}, {key});')
+        o.append(f"    return *{m};")
+        o.append("}")
+        o.append(f"void {N}::set{C}(const std::vector<{M}>& values) {{")
+        o.append("    for (size_t i = 0; i < values.size(); ++i)")
+        o.append("        for (const auto& entry : values[i])")
+        o.append(f"            checkMapsIndexReference({tgt}, {key}, static_cast<int64_t>(i), entry.first, entry.second);")
+        o.append(f"    {m} = values;")
+        o.append("}")
+        o.append(f"bool {N}::has{C}Item(int64_t index) const {{")
+        o.append(f"    return {m} && index >= 0 && static_cast<uint64_t>(index) < {m}->size();")
+        o.append("}")
+        o.append(f"const {M}& {N}::get{C}Item(int64_t index) const {{")
+        o.append(f'    if (!{m}) SORVANE_THROW("Getting item of %s.%s: No list", {path}, {key});')
+        o.append(f"    if (index < 0 || static_cast<uint64_t>(index) >= {m}->size())")
+        o.append(f'        SORVANE_THROW("Getting item of %s.%s: Invalid index %ld", {path}, {key}, static_cast<long>(index));')
+        o.append(f"    return (*{m})[static_cast<size_t>(index)];")
+        o.append("}")
+        o.append(f"int64_t {N}::add{C}Item() {{")
+        o.append(f"    if (!{m}) {m}.emplace();")
+        o.append(f"    {m}->emplace_back();")
+        o.append(f"    return static_cast<int64_t>({m}->size()) - 1;")
+        o.append("}")
+        o.append(f"void {N}::remove{C}Item(int64_t index) {{")
+        o.append(f'    if (!{m}) SORVANE_THROW("Removing item %s.%s[%ld]: No list", {path}, {key}, static_cast<long>(index));')
+        o.append(f"    if (index < 0 || static_cast<uint64_t>(index) >= {m}->size())")
+        o.append(f'        SORVANE_THROW("Removing item %s.%s[%ld]: Invalid index", {path}, {key}, static_cast<long>(index));')
+        o.append(f"    {m}->erase({m}->begin() + static_cast<std::ptrdiff_t>(index));")
+        o.append("}")
+        o.append(f"bool {N}::has{C}Value(int64_t index, const std::string& item) const {{")
+        o.append(f"    return has{C}Item(index) && (*{m})[static_cast<size_t>(index)].count(item) != 0;")
+        o.append("}")
+        o.append(f"int64_t {N}::get{C}Value(int64_t index, const std::string& item) const {{")
+        o.append(f"    const {M}& map = get{C}Item(index);")
+        o.append("    auto found = map.find(item);")
+        o.append(f'    if (found == map.end()) SORVANE_THROW("Getting item of %s.%s: Invalid key %s", {path}, {key}, item.c_str());')
+        o.append("    return found->second;")
+        o.append("}")
+        o.append(f"void {N}::set{C}Value(int64_t index, const std::string& item, int64_t value) {{")
+        o.append(f"    if (!{m})")
+        o.append(f'        SORVANE_THROW("Setting item %s.%s[%ld][%s]: No list", {path}, {key}, static_cast<long>(index), item.c_str());')
+        o.append(f"    if (index < 0 || static_cast<uint64_t>(index) >= {m}->size())")
+        o.append(f'        SORVANE_THROW("Setting item %s.%s[%ld][%s]: Invalid index", {path}, {key}, static_cast<long>(index), item.c_str());')
+        o.append(f"    checkMapsIndexReference({tgt}, {key}, index, item, value);")
+        o.append(f"    (*{m})[static_cast<size_t>(index)][item] = value;")
+        o.append("}")
+        o.append(f"void {N}::remove{C}Value(int64_t index, const std::string& item) {{")
+        o.append(f"    if (!{m})")
+        o.append(f'        SORVANE_THROW("Removing item %s.%s[%ld][%s]: No list", {path}, {key}, static_cast<long>(index), item.c_str());')
+        o.append(f"    if (index < 0 || static_cast<uint64_t>(index) >= {m}->size())")
+        o.append(f'        SORVANE_THROW("Removing item %s.%s[%ld][%s]: Invalid index", {path}, {key}, static_cast<long>(index), item.c_str());')
+        o.append(f"    if ((*{m})[static_cast<size_t>(index)].erase(item) == 0)")
+        o.append(f'        SORVANE_THROW("Removing item %s.%s[%ld][%s]: Invalid key", {path}, {key}, static_cast<long>(index), item.c_str());')
         o.append("}")
         return o
 

@@ -29,6 +29,12 @@ LIST_KINDS = {
     "refs": "int64_t",
     "indices": "int64_t",
 }
+# Maps from a text to an index into a root list (glTF primitive attributes),
+# alone or as a list of maps (morph targets); written in hash-map order.
+MAP_KINDS = {
+    "indexMap": "archive::JsonImporter::IntegerMap",
+    "indexMaps": "std::vector<archive::JsonImporter::IntegerMap>",
+}
 NODE_KINDS = ("object", "list", "generic")
 PRESENCES = ("required", "always", "optional")
 
@@ -52,16 +58,23 @@ class Field:
         self.target = desc.get("target")
         self.enum = desc.get("enum")
         self.enum_header = desc.get("header")
+        # A child object that a read through a writable accessor makes when
+        # absent (glTF extension objects).
+        self.create_on_get = bool(desc.get("createOnGet", False))
+        # An index whose accessor follows it to the record it names (the
+        # accessor class of that record).
+        self.follow = desc.get("follow")
         # A value that a read of the absent member answers; never written.
         self.read_default = desc.get("readDefault")
         where = f"{record.name}.{self.key}"
-        if self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS:
+        if (self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS
+                and self.type not in MAP_KINDS):
             raise SchemaError(f"{where}: unknown type {self.type}")
         if self.presence not in PRESENCES:
             raise SchemaError(f"{where}: unknown presence {self.presence}")
         if self.type in ("object", "list") and not self.of:
             raise SchemaError(f"{where}: '{self.type}' needs 'of'")
-        if self.type in ("ref", "refs", "index", "indices") and not self.target:
+        if self.type in ("ref", "refs", "index", "indices", "indexMap", "indexMaps") and not self.target:
             raise SchemaError(f"{where}: '{self.type}' needs 'target'")
         if self.type == "enum" and not (self.enum and self.enum_header):
             raise SchemaError(f"{where}: 'enum' needs 'enum' and 'header'")
@@ -90,6 +103,10 @@ class Field:
     @property
     def is_list(self):
         return self.type in LIST_KINDS
+
+    @property
+    def is_map(self):
+        return self.type in MAP_KINDS
 
     @property
     def is_node(self):
@@ -131,6 +148,8 @@ class Field:
             return self.kind["cpp"]
         if self.is_list:
             return f"std::vector<{self.element}>"
+        if self.is_map:
+            return MAP_KINDS[self.type]
         return f"std::shared_ptr<{self.child_class(records)}>"
 
     def member_type(self, records):

@@ -64,6 +64,10 @@ std::vector<float> state(const AnimationComponents& c) {
     return all;
 }
 
+bool sameBits(const std::vector<float>& a, const std::vector<float>& b) {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0);
+}
+
 // A frame with every weight at a point of its range (0 bottom, 1 middle, 2
 // top) and every other value filled from the same position.
 void fill(AnimationData& frame, const AnimationFramework& framework, int where) {
@@ -95,7 +99,7 @@ void compare(const AnimationMapper& mapper, const AnimationComponents& start, co
     }
     check(plannedFailed == keyedFailed);
     const auto a = state(planned), b = state(keyed);
-    check(a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0);
+    check(sameBits(a, b));
 }
 
 } // namespace
@@ -147,7 +151,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                         }
                         check(planFailed == keyedFailed);
                         const auto a = state(live), b = state(keyed);
-                        check(a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0);
+                        check(sameBits(a, b));
                         continue;
                     }
                     if (units.getState() != 1 || at >= streamSize) break;

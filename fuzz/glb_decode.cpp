@@ -1,5 +1,7 @@
 // Arbitrary bytes decoded as a .glb; when they load, every accessor is read
-// as a tensor and the document is saved into a memory store.
+// as a tensor, the scene graph is walked (node types, first mesh), every
+// primitive's joints and morph stacks are built, every animation sampler is
+// resampled at 30 fps and mixed, and the document is saved into a memory store.
 #include <cstdint>
 #include <iostream>
 #include <memory>
@@ -9,6 +11,41 @@
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/gltf2/Gltf.h"
+#include "sorvane/gltf2/property/animation/mixer/AnimationMixer.h"
+
+namespace {
+
+void sampleAnimations(const sorvane::gltf2::Gltf& gltf) {
+    using namespace sorvane::gltf2;
+    float time = 0.0f;
+    AnimationMixer mixer(30.0f, {{"translation", TransformPolicy::Replace}, {"rotation", TransformPolicy::Multiply},
+                                 {"scale", TransformPolicy::Multiply}, {"weights", TransformPolicy::Add},
+                                 {"matrix", TransformPolicy::Multiply}});
+    for (int64_t a = 0; a < gltf.animations.size(); ++a) {
+        const Animation animation = gltf.animations.getByIndex(a);
+        try {
+            animation.getNode()->getTimeRange();
+        } catch (const std::exception&) {
+        }
+        for (const auto& sampler : animation.getNode()->getSamplers()->getItems()) {
+            try {
+                sampler->getTensor(30.0f);
+                sampler->getTimeRange();
+            } catch (const std::exception&) {
+            }
+        }
+        try {
+            mixer.addAnimation(animation, time, "a" + std::to_string(a));
+        } catch (const std::exception&) {
+        }
+    }
+    try {
+        mixer.apply();
+    } catch (const std::exception&) {
+    }
+}
+
+} // namespace
 
 #if TALVEX_FUZZ_MUTATORS
 #include "mutators/GlbChunks.h"
@@ -26,6 +63,31 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             } catch (const sorvane::RuntimeException&) {
             }
         }
+        for (auto walk : {+[](const sorvane::gltf2::Gltf& g) { g.getNodeTypes(); },
+                          +[](const sorvane::gltf2::Gltf& g) { g.getFirstMesh(); },
+                          +[](const sorvane::gltf2::Gltf& g) { g.getSceneName(); }}) {
+            try {
+                walk(gltf);
+            } catch (const sorvane::RuntimeException&) {
+            }
+        }
+        for (int64_t m = 0; m < gltf.meshes.size(); ++m) {
+            const sorvane::gltf2::Mesh mesh = gltf.meshes.getByIndex(m);
+            for (int64_t p = 0; p < mesh.primitives.size(); ++p) {
+                const sorvane::gltf2::Primitive primitive = mesh.primitives.getByIndex(p);
+                try {
+                    primitive.attributes.getJointsTensor(-1, 4);
+                } catch (const sorvane::RuntimeException&) {
+                }
+                for (const char* key : {"POSITION", "NORMAL", "TANGENT"}) {
+                    try {
+                        primitive.targets.getTensor(key);
+                    } catch (const sorvane::RuntimeException&) {
+                    }
+                }
+            }
+        }
+        sampleAnimations(gltf);
         gltf.save(std::make_shared<sorvane::archive::MemoryFileProvider>(), "out.glb");
     } catch (const sorvane::RuntimeException&) {
     }

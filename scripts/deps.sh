@@ -12,6 +12,7 @@ packages=(
   rapidjson-dev   # benchmarks only: the reference the JSON layer is measured against
   libsimdjson-dev # benchmarks only: the ceiling the JSON layer is compared with; the library never links it
   libassimp-dev   # benchmarks only: the OBJ reader loadObj is measured against
+  libtinygltf-dev # benchmarks only: the glTF reader the .glb load is measured against
   ccache          # optional speed-up, used when present
   clang libclang-rt-14-dev  # libFuzzer targets and the clang build check
 )

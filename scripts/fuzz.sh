@@ -2,8 +2,8 @@
 # Builds the libFuzzer targets with clang and runs each for a bounded time.
 # Usage: scripts/fuzz.sh [SECONDS_PER_TARGET] [TARGET...]
 #   Every fuzz/<target>.cpp is a target. Hangs (10 s per input), memory over
-#   2 GB and single allocations over 1 GB are findings like crashes. New
-#   coverage is merged (only inputs that add coverage) into fuzz/corpus/<target>/; findings
+#   2 GB and single allocations over 1 GB are findings like crashes. Small
+#   inputs that add coverage are merged into fuzz/corpus/<target>/; findings
 #   are copied to tests/data/crashers/<target>/, which CTest replays.
 #   TALVEX_FUZZ_NO_MERGE=1 leaves the corpora alone (the CI run does);
 #   TALVEX_FUZZ_JOBS sets the build parallelism.
@@ -52,9 +52,15 @@ for name in "${targets[@]}"; do
     echo "   finding: tests/data/crashers/$name/$(basename "$artifact")"
   done
   if [ "${TALVEX_FUZZ_NO_MERGE:-0}" != 1 ]; then
-    # Only inputs that add coverage join the seeds; the named seeds stay.
+    # Only inputs that add coverage join the seeds, and only small ones
+    # (TALVEX_FUZZ_SEED_MAX bytes, 512 by default) so that the committed
+    # corpora stay small; the named seeds stay.
     before=$(ls "$corpus" | wc -l)
+    ls "$corpus" | sort > "$build/fuzz-work/$name.seeds"
     nice "$build/fuzz/fuzz_$name" -merge=1 "${options[@]}" "$corpus" "$work" >/dev/null 2>&1 || true
+    ls "$corpus" | sort | comm -13 "$build/fuzz-work/$name.seeds" - | while read -r added; do
+      [ "$(stat -c %s "$corpus/$added")" -le "${TALVEX_FUZZ_SEED_MAX:-512}" ] || rm -f "$corpus/$added"
+    done
     echo "   corpus: $before -> $(ls "$corpus" | wc -l) files, $(du -sk "$corpus" | cut -f1) KB"
   fi
 done

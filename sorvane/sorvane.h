@@ -30,6 +30,7 @@ SORVANE_API void sorvane_clearErrorMessage(void);
 #include "sorvane/flat/sorvane_arf.h"
 #include "sorvane/flat/sorvane_arf_extensions.h"
 #include "sorvane/flat/sorvane_gltf2.h"
+#include "sorvane/flat/sorvane_gltf2_animation.h"
 #include "sorvane/flat/sorvane_gltf2_generic.h"
 #include "sorvane/flat/sorvane_gltf2_extensions.h"
 #include "sorvane/flat/sorvane_datatree.h"

@@ -13,6 +13,8 @@ sorvane::Mode* createCompareTensorsMode(args::ArgumentParser& parser);
 sorvane::Mode* createDataTreeInfoMode(args::ArgumentParser& parser);
 sorvane::Mode* createFrameworksMode(args::ArgumentParser& parser);
 sorvane::Mode* createGltfInfoMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfNodesMode(args::ArgumentParser& parser);
+sorvane::Mode* createGltfAnimMode(args::ArgumentParser& parser);
 sorvane::Mode* createLinksMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageConvertMode(args::ArgumentParser& parser);
 sorvane::Mode* createImageInfoMode(args::ArgumentParser& parser);
@@ -47,6 +49,8 @@ AppModes::AppModes() {
     addMode("animate", createAnimateMode);
     addCategory("glTF");
     addMode("gltf-info", createGltfInfoMode);
+    addMode("gltf-nodes", createGltfNodesMode);
+    addMode("gltf-anim", createGltfAnimMode);
     addCategory("DataTree");
     addMode("datatree-info", createDataTreeInfoMode);
     addCategory("Images");

@@ -91,7 +91,7 @@ Zip::Zip(Zip&& other) noexcept
 }
 
 Zip::~Zip() {
-    close();
+    finish(false);
 }
 
 Zip Zip::create(const fs::path& path) {
@@ -130,17 +130,25 @@ std::string Zip::getMainDir() const {
     return path_.string();
 }
 
-void Zip::close() {
+void Zip::close() { finish(true); }
+
+void Zip::finish(bool report) {
     if (!archive_) return;
+    std::string failure;
     if (zip_close(archive_) != 0) {
-        // The archive stays unwritten; say so rather than lose it without a trace.
-        std::fprintf(stderr, "Warning: writing zip %s failed: %s\n", path_.c_str(), zip_strerror(archive_));
+        // The archive on disk stays as it was (libzip writes a temporary file
+        // and renames it only when everything was written).
+        failure = zip_strerror(archive_);
         zip_discard(archive_);
     }
     archive_ = nullptr;
     pending_.clear();  // libzip is done with the lent bytes
     cached_.reset();
     cachedName_.clear();
+    if (failure.empty()) return;
+    // A save must not report success over a lost write; a destructor cannot throw, so it says so instead.
+    if (report) SORVANE_THROW("Error writing zip %s: %s", path_.c_str(), failure.c_str());
+    std::fprintf(stderr, "Warning: writing zip %s failed: %s\n", path_.c_str(), failure.c_str());
 }
 
 void Zip::setCompression(int32_t method, uint32_t level) {

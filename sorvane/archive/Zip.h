@@ -45,7 +45,8 @@ public:
 
     const char* className() const override;
     std::string getMainDir() const override;
-    // Writes the archive (libzip's zip_close). Nothing can be done afterwards.
+    // Writes the archive (libzip's zip_close); a failed write throws. Nothing
+    // can be done afterwards.
     void close() override;
     bool isOpen() const { return archive_ != nullptr; }
     bool exists(const std::string& name) const override;
@@ -77,6 +78,9 @@ private:
     struct Entry;
 
     void guard() const;
+    // Writes and releases the archive; a failed write throws when `report`,
+    // and is only printed otherwise (from the destructor).
+    void finish(bool report);
     bool stat(const std::string& canonical, Entry& entry) const;
     void findEntry(const std::string& canonical, Entry& entry) const;
     void readEntry(const Entry& entry, void* out, int64_t count, int64_t offset) const;

@@ -85,6 +85,11 @@ SORVANE_GLTF2_ROOT_LIST(Samplers, samplers, sorvane_gltf2_SamplerList)
 SORVANE_GLTF2_ROOT_LIST(Textures, textures, sorvane_gltf2_TextureList)
 SORVANE_GLTF2_ROOT_LIST(Materials, materials, sorvane_gltf2_MaterialList)
 SORVANE_GLTF2_ROOT_LIST(Cameras, cameras, sorvane_gltf2_CameraList)
+SORVANE_GLTF2_ROOT_LIST(Meshes, meshes, sorvane_gltf2_MeshList)
+SORVANE_GLTF2_ROOT_LIST(Nodes, nodes, sorvane_gltf2_NodeList)
+SORVANE_GLTF2_ROOT_LIST(Animations, animations, sorvane_gltf2_AnimationList)
+SORVANE_GLTF2_ROOT_LIST(Skins, skins, sorvane_gltf2_SkinList)
+SORVANE_GLTF2_ROOT_LIST(Scenes, scenes, sorvane_gltf2_SceneList)
 
 #define SORVANE_GLTF2_NAME_LIST(Name, member)                                                                    \
     int32_t sorvane_gltf2_Gltf_get##Name##Size(int64_t* out, sorvane_gltf2_Gltf* self) {                         \

@@ -69,6 +69,21 @@ SORVANE_API int32_t sorvane_gltf2_Gltf_removeMaterials(sorvane_gltf2_Gltf* self)
 SORVANE_API int32_t sorvane_gltf2_Gltf_getCameras(sorvane_gltf2_CameraList** out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_hasCameras(bool* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_removeCameras(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getMeshes(sorvane_gltf2_MeshList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasMeshes(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeMeshes(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getNodes(sorvane_gltf2_NodeList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasNodes(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeNodes(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getAnimations(sorvane_gltf2_AnimationList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasAnimations(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeAnimations(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getSkins(sorvane_gltf2_SkinList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasSkins(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeSkins(sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getScenes(sorvane_gltf2_SceneList** out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_hasScenes(bool* out, sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_removeScenes(sorvane_gltf2_Gltf* self);
 
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,

@@ -48,7 +48,8 @@ Gltf::Gltf(std::shared_ptr<RootNode> root_, bool readOnly_)
     : root(std::move(root_)), readOnly(readOnly_), asset(root, readOnly), extensionsUsed(root, readOnly),
       extensionsRequired(root, readOnly), buffers(root, readOnly), bufferViews(root, readOnly),
       accessors(root, readOnly), images(root, readOnly), samplers(root, readOnly), textures(root, readOnly),
-      materials(root, readOnly), cameras(root, readOnly), scene(root, readOnly) {}
+      materials(root, readOnly), cameras(root, readOnly), meshes(root, readOnly), nodes(root, readOnly),
+      animations(root, readOnly), skins(root, readOnly), scenes(root, readOnly), scene(root, readOnly) {}
 
 Gltf::Gltf(const std::shared_ptr<archive::FileProvider>& provider, const std::string& mainFileName, StorageMode mode,
            bool readOnly_)

@@ -17,12 +17,17 @@
 #include "sorvane/gltf2/property/Asset.h"
 #include "sorvane/gltf2/property/Property.h"
 #include "sorvane/gltf2/property/accessor/AccessorList.h"
+#include "sorvane/gltf2/property/animation/AnimationList.h"
 #include "sorvane/gltf2/property/buffer/BufferList.h"
 #include "sorvane/gltf2/property/bufferview/BufferViewList.h"
 #include "sorvane/gltf2/property/camera/CameraList.h"
 #include "sorvane/gltf2/property/image/ImageList.h"
 #include "sorvane/gltf2/property/material/MaterialList.h"
+#include "sorvane/gltf2/property/mesh/MeshList.h"
+#include "sorvane/gltf2/property/node/NodeList.h"
 #include "sorvane/gltf2/property/sampler/SamplerList.h"
+#include "sorvane/gltf2/property/scene/SceneList.h"
+#include "sorvane/gltf2/property/skin/SkinList.h"
 #include "sorvane/gltf2/property/texture/TextureList.h"
 
 namespace sorvane::archive {
@@ -63,6 +68,26 @@ struct SORVANE_API MaterialsKey {
 struct SORVANE_API CamerasKey {
     static constexpr const char* kKey = "cameras";
     static const std::shared_ptr<CameraNodes>& get(const RootNode& r) { return r.getCameras(); }
+};
+struct SORVANE_API MeshesKey {
+    static constexpr const char* kKey = "meshes";
+    static const std::shared_ptr<MeshNodes>& get(const RootNode& r) { return r.getMeshes(); }
+};
+struct SORVANE_API NodesKey {
+    static constexpr const char* kKey = "nodes";
+    static const std::shared_ptr<NodeNodes>& get(const RootNode& r) { return r.getNodes(); }
+};
+struct SORVANE_API AnimationsKey {
+    static constexpr const char* kKey = "animations";
+    static const std::shared_ptr<AnimationNodes>& get(const RootNode& r) { return r.getAnimations(); }
+};
+struct SORVANE_API SkinsKey {
+    static constexpr const char* kKey = "skins";
+    static const std::shared_ptr<SkinNodes>& get(const RootNode& r) { return r.getSkins(); }
+};
+struct SORVANE_API ScenesKey {
+    static constexpr const char* kKey = "scenes";
+    static const std::shared_ptr<SceneNodes>& get(const RootNode& r) { return r.getScenes(); }
 };
 struct SORVANE_API ExtensionsUsedKey {
     static constexpr const char* kKey = "extensionsUsed";
@@ -219,6 +244,11 @@ public:
     using Textures = RootList<TextureList, roots::TexturesKey>;
     using Materials = RootList<MaterialList, roots::MaterialsKey>;
     using Cameras = RootList<CameraList, roots::CamerasKey>;
+    using Meshes = RootList<MeshList, roots::MeshesKey>;
+    using Nodes = RootList<NodeList, roots::NodesKey>;
+    using Animations = RootList<AnimationList, roots::AnimationsKey>;
+    using Skins = RootList<SkinList, roots::SkinsKey>;
+    using Scenes = RootList<SceneList, roots::ScenesKey>;
     // "scene": the index of the default scene, checked against "scenes" when set.
     class SORVANE_API Scene : public Property {
     public:
@@ -274,6 +304,17 @@ public:
     std::string getMainFileName() const { return root->getMainFileName(); }
     std::shared_ptr<archive::FileProvider> getFileProvider() const { return root->getFileProvider(); }
 
+    // Per node: 2 for a joint of any skin, 1 for a node with a mesh at or
+    // below it, 0 otherwise. A joint that is also a mesh node fails.
+    std::vector<int32_t> getNodeTypes() const;
+    // The default scene's name, "Scene N" for one without a name, or a
+    // bracketed note when there is none or it is out of range.
+    std::string getSceneName() const;
+    // The first mesh depth first from the default scene's nodes; the empty
+    // accessor when there is none.
+    ::sorvane::gltf2::Mesh getFirstMesh() const;
+    ::sorvane::gltf2::Mesh* getFirstMeshPtr() const;
+
 private:
     Gltf(std::shared_ptr<RootNode> root, bool readOnly);
 
@@ -292,6 +333,11 @@ public:
     Textures textures;
     Materials materials;
     Cameras cameras;
+    Meshes meshes;
+    Nodes nodes;
+    Animations animations;
+    Skins skins;
+    Scenes scenes;
     Scene scene;
 };
 

@@ -64,7 +64,12 @@ void pngError(png_structp png, png_const_charp text) {
     png_longjmp(png, 1);
 }
 
-void pngWarning(png_structp, png_const_charp text) { std::fprintf(stderr, "%s\n", text ? text : ""); }
+// libpng only warns about a chunk longer than the chunk limit, then
+// allocates its declared length anyway: that one warning is an error here.
+void pngWarning(png_structp png, png_const_charp text) {
+    if (png && text && std::strstr(text, "chunk data is too large")) png_error(png, text);
+    std::fprintf(stderr, "%s\n", text ? text : "");
+}
 
 void pngRead(png_structp png, png_bytep data, size_t length) {
     if (!png) return; // libpng always passes itself; nothing can be reported without it
@@ -187,6 +192,10 @@ void imcodec_decode_png(ImageInfo& info, const unsigned char* buffer, long size)
     structs.info = png_create_info_struct(structs.png);
     if (!structs.info) SORVANE_THROW("png_create_info_struct()");
     png_set_read_fn(structs.png, &reader, pngRead);
+    // libpng allocates a chunk's declared length before reading it: no chunk
+    // is longer than the input, and text a chunk inflates stays under 8 MiB
+    // unless the input itself is larger.
+    png_set_chunk_malloc_max(structs.png, static_cast<png_alloc_size_t>(size > (8L << 20) ? size : (8L << 20)));
 
     Header header;
     if (!readHeader(structs.png, structs.info, &header)) reader.failure.raise();

@@ -80,18 +80,33 @@ private:
             if (std::strcmp(field.type, "ref") == 0 || std::strcmp(field.type, "index") == 0) {
                 if (member.isInteger())
                     references.push_back({memberPath, member.getInteger(), field.target, field.type[0] == 'i'});
-            } else if (std::strcmp(field.type, "refs") == 0) {
+            } else if (std::strcmp(field.type, "refs") == 0 || std::strcmp(field.type, "indices") == 0) {
                 if (!member.isList()) continue;
                 for (long i = 0; i < member.getSize(); ++i)
                     if (member.getItem(i).isInteger())
                         references.push_back({memberPath + "[" + std::to_string(i) + "]", member.getItem(i).getInteger(),
-                                              field.target, false});
+                                              field.target, field.type[0] == 'i'});
+            } else if (std::strcmp(field.type, "indexMap") == 0) {
+                mapReferences(member, memberPath, field.target);
+            } else if (std::strcmp(field.type, "indexMaps") == 0) {
+                if (!member.isList()) continue;
+                for (long i = 0; i < member.getSize(); ++i)
+                    mapReferences(member.getItem(i), memberPath + "[" + std::to_string(i) + "]", field.target);
             } else if (std::strcmp(field.type, "list") == 0 && child != records.end()) {
                 // Lists directly under a section are what references name.
                 list(*child->second, member, memberPath, section.empty() ? memberPath : section + "." + field.key);
             } else if (std::strcmp(field.type, "object") == 0 && child != records.end()) {
                 walk(*child->second, member, memberPath, "");
             }
+        }
+    }
+
+    // The indices under the keys of a text-to-index map ("attributes").
+    void mapReferences(const DataTree& map, const std::string& path, const char* target) {
+        if (!map.isObject()) return;
+        for (const std::string& key : map.getItemNames()) {
+            const DataTree& value = map.getItem(key);
+            if (value.isInteger()) references.push_back({path + "[" + key + "]", value.getInteger(), target, true});
         }
     }
 

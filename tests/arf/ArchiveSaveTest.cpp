@@ -93,3 +93,13 @@ TEST(ArchiveSave, ReadOnlyLoadRefusesAndAnUnchangedLoadLeavesTheFileAlone) {
     EXPECT_NE(messageOf([&] { Arf::load(s.dir / "missing.arfz", false); }).find("Error opening file"),
               std::string::npos);
 }
+
+TEST(ArchiveSave, AWriteThatFailsIsReportedBySave) {
+    Scratch s;
+    const fs::path path = makeArchive(s.dir);
+    Arf arf = Arf::load(path, false);
+    arf.identity->name.set("lost");
+    // libzip cannot write its temporary file once the folder is gone.
+    fs::remove_all(s.dir);
+    EXPECT_NE(messageOf([&] { arf.save(); }).find("Error writing zip"), std::string::npos);
+}

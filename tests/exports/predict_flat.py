@@ -35,6 +35,12 @@ def member(records, record, f):
         names += [f"get{X}Size", f"get{X}Value", f"set{X}Value", f"add{X}Value"]
         if f.type != "strings":
             names += [f"get{X}Values", f"set{X}Values"]
+    elif f.type == "indexMap":
+        names += [f"get{X}Size", f"get{X}Key", f"has{X}Value", f"get{X}Value", f"set{X}Value", f"remove{X}Value",
+                  f"get{X}Item"]
+    elif f.type == "indexMaps":
+        names += [f"get{X}Size", f"add{X}Item", f"remove{X}Item", f"has{X}Value", f"get{X}Value", f"set{X}Value",
+                  f"remove{X}Value"]
     elif f.type in ("object", "list", "generic"):
         names.append(f"get{X}")
     else:

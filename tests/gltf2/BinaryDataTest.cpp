@@ -62,6 +62,12 @@ TEST(BinaryData, StridesAndOffsetsAsWritten) {
     Gltf tooFar = withFloats("{\"buffer\":0,\"byteLength\":24}",
                              "{\"bufferView\":0,\"byteOffset\":8,\"componentType\":5126,\"count\":1,\"type\":\"SCALAR\"}");
     EXPECT_NE(messageOf([&] { tooFar.accessors.getByIndex(0).getDataSize(); }).find("Invalid offset"), std::string::npos);
+    // The most negative offset fails before any arithmetic with it.
+    Gltf negative = withFloats("{\"buffer\":0,\"byteLength\":24}",
+                               "{\"bufferView\":0,\"byteOffset\":-9223372036854775808,\"componentType\":5126,"
+                               "\"count\":4,\"type\":\"SCALAR\"}");
+    EXPECT_NE(messageOf([&] { negative.accessors.getByIndex(0).getDataSize(); }).find("Invalid offset"),
+              std::string::npos);
 }
 
 TEST(BinaryData, BuffersAreCheckedAtEveryRead) {

@@ -152,3 +152,34 @@ TEST(Differential, ObjPositionsEqualAssimps) {
     EXPECT_EQ(compared, 5);
 }
 #endif
+
+TEST(RoundTrip, SaveObjThenLoadObjGivesTheSameTensors) {
+    Scratch s;
+    uint32_t seed = 12345;
+    auto next = [&seed] {
+        seed ^= seed << 13;
+        seed ^= seed >> 17;
+        seed ^= seed << 5;
+        return seed;
+    };
+    for (int round = 0; round < 20; ++round) {
+        const long vertexCount = 3 + static_cast<long>(next() % 50);
+        const long faceCount = 1 + static_cast<long>(next() % 40);
+        std::vector<float> vertices(static_cast<size_t>(vertexCount * 3));
+        // Numbers are written with six significant digits: values they hold exactly.
+        for (float& v : vertices) v = static_cast<float>(static_cast<int>(next() % 20001) - 10000) / 4.0f;
+        std::vector<long> faces(static_cast<size_t>(faceCount * 3));
+        for (long& f : faces) f = static_cast<long>(next() % static_cast<uint32_t>(vertexCount));
+        DataTree mesh = DataTree::createObject();
+        mesh.setItem("vertices", DataTree::createTensor(static_cast<const void*>(vertices.data()), static_cast<long>(vertices.size() * 4),
+                                                        std::vector<long>{vertexCount, 3}, ScalarType::Float));
+        mesh.setItem("facesVertices", DataTree::createTensor(static_cast<const void*>(faces.data()), static_cast<long>(faces.size() * 8),
+                                                             std::vector<long>{faceCount, 3}, ScalarType::Integer64));
+        const std::string path = (s.dir / ("m" + std::to_string(round) + ".obj")).string();
+        saveObj(path, mesh);
+        const DataTree back = loadObj(path);
+        SCOPED_TRACE(round);
+        EXPECT_TRUE(back.getItem("vertices") == mesh.getItem("vertices"));
+        EXPECT_TRUE(back.getItem("facesVertices") == mesh.getItem("facesVertices"));
+    }
+}

@@ -86,6 +86,24 @@ TEST(ValidateGltf, IndicesPastTheirListAndUnreadableAccessors) {
     EXPECT_EQ(problems[3].rfind("accessors[2]: accessor fails to read: ", 0), 0u);
 }
 
+TEST(ValidateGltf, SceneGraphIndices) {
+    // Child lists, joints and the attribute and target maps are checked as
+    // single indices are.
+    const std::string path = writeFile("scene.gltf", R"({"asset": {"version": "2.0"},
+      "meshes": [{"primitives": [{"attributes": {"POSITION": 4}, "targets": [{"NORMAL": 5}]}]}],
+      "nodes": [{"children": [0, 3], "mesh": 1}], "skins": [{"joints": [2]}]})");
+    auto problems = sorvane::validateGltf(sorvane::gltf2::Gltf::load(path, true));
+    std::sort(problems.begin(), problems.end());
+    const std::vector<std::string> expected = {
+        "meshes[0].primitives[0].attributes[POSITION]: dangling reference to index 4 in accessors",
+        "meshes[0].primitives[0].targets[0][NORMAL]: dangling reference to index 5 in accessors",
+        "nodes[0].children[1]: dangling reference to index 3 in nodes",
+        "nodes[0].mesh: dangling reference to index 1 in meshes",
+        "skins[0].joints[0]: dangling reference to index 2 in nodes",
+    };
+    EXPECT_EQ(problems, expected);
+}
+
 TEST(CheckModes, ValidateExitCodes) {
     if (!programBuilt()) GTEST_SKIP() << "talvex program not built";
     int code = -1;

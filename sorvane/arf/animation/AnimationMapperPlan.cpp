@@ -132,9 +132,13 @@ bool AnimationMapperPlan::fits(const AnimationComponents& components, const Anim
     return resolve(const_cast<AnimationComponents&>(components), data, blocks);
 }
 
-void AnimationMapperPlan::runPlain(const Target& t, float** blocks, const float* frame, const bool* present) const {
+// Inlined into both callers: a frame has every source, a sample only those
+// marked present.
+template <bool sample>
+inline void AnimationMapperPlan::runPlain(const Target& t, float** blocks, const float* frame,
+                                          const bool* present) const {
     const Step* s = steps.data() + t.first;
-    if (present && t.kind == COPY) {
+    if (sample && t.kind == COPY) {
         // A merged run: each element copied when its own source is there.
         const long stride = sets[t.set].type == ANIMATION_LOCATION_SKELETON ? kJoint : 1;
         for (long k = 0; k < t.length; k += stride)
@@ -143,7 +147,7 @@ void AnimationMapperPlan::runPlain(const Target& t, float** blocks, const float*
                             sizeof(float) * static_cast<size_t>(stride));
         return;
     }
-    if (present)
+    if (sample)
         for (uint32_t k = 0; k < t.count; ++k)
             if (!present[s[k].source]) return;
     switch (t.kind) {
@@ -193,7 +197,7 @@ bool AnimationMapperPlan::run(AnimationComponents& components, const AnimationDa
     const float* frame = data.getBlock();
     for (const Target& t : targets) {
         if (t.kind != KEYED) {
-            runPlain(t, blocks, frame, nullptr);
+            runPlain<false>(t, blocks, frame, nullptr);
             continue;
         }
         const Keyed& k = keyed[t.first];
@@ -216,17 +220,24 @@ bool AnimationMapperPlan::runSample(AnimationComponents& components, const Anima
     float* blocks[kMaxSets];
     if (!resolveSets(components, blocks)) return false;
     float frame[kMaxSampleFloats];
-    bool present[kMaxSampleFloats] = {};
+    bool present[kMaxSampleFloats];
+    std::memset(present, 0, static_cast<size_t>(layout->floatCount));
     const auto& locations = layout->locations;
+    const long first = locations.empty() ? 0 : locations.front().index;
     AnimationLocation at = base;
     for (long i = 0; i < count; ++i) {
         long id = 0;
         const float* values = entry(sample, i, &id);
         at.index = id;
-        const auto found = std::lower_bound(locations.begin(), locations.end(), at);
-        // No plain target reads a location the layout lacks.
-        if (found == locations.end() || *found != at) continue;
-        const size_t position = static_cast<size_t>(found - locations.begin());
+        // Inputs are mostly rows numbered from the first: try that position first.
+        // (Unsigned, so that any id wraps to a position out of range instead of overflowing.)
+        size_t position = static_cast<size_t>(static_cast<unsigned long>(id) - static_cast<unsigned long>(first));
+        if (position >= locations.size() || locations[position] != at) {
+            const auto found = std::lower_bound(locations.begin(), locations.end(), at);
+            // No plain target reads a location the layout lacks.
+            if (found == locations.end() || *found != at) continue;
+            position = static_cast<size_t>(found - locations.begin());
+        }
         const long offset = layout->offsets[position];
         const long end = position + 1 < locations.size() ? layout->offsets[position + 1] : layout->floatCount;
         if (end - offset != size) return false; // values of another kind: by location, which reports it
@@ -234,7 +245,7 @@ bool AnimationMapperPlan::runSample(AnimationComponents& components, const Anima
         std::memcpy(frame + offset, values, sizeof(float) * static_cast<size_t>(size));
         present[offset] = true;
     }
-    for (const Target& t : targets) runPlain(t, blocks, frame, present);
+    for (const Target& t : targets) runPlain<true>(t, blocks, frame, present);
     return true;
 }
 

@@ -80,6 +80,7 @@ private:
     bool resolveSets(AnimationComponents& components, float** blocks) const;
     // The arithmetic of every target but KEYED ones; with `present`, a target
     // whose sources are not all there is passed over.
+    template <bool sample>
     void runPlain(const Target& t, float** blocks, const float* frame, const bool* present) const;
     Kind compile(const AnimationOperatorRef& op, bool weight, std::vector<Step>& out) const;
 

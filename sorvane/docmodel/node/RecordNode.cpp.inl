@@ -291,6 +291,24 @@ void RecordNode::checkIndexReferenceAdd(const char* list, const char* key, int64
                       static_cast<long>(index), listPath.c_str());
 }
 
+void RecordNode::checkMapIndexReference(const char* list, const char* key, const std::string& item,
+                                        int64_t index) const {
+    std::string listPath;
+    const int64_t size = indexListSize(list, listPath);
+    if (index < 0 || index >= size)
+        SORVANE_THROW("Setting item %s of %s.%s: Invalid index %ld in %s", item.c_str(), getNodePath().c_str(), key,
+                      static_cast<long>(index), listPath.c_str());
+}
+
+void RecordNode::checkMapsIndexReference(const char* list, const char* key, int64_t position, const std::string& item,
+                                         int64_t index) const {
+    std::string listPath;
+    const int64_t size = indexListSize(list, listPath);
+    if (index < 0 || index >= size)
+        SORVANE_THROW("Setting item %s.%s[%ld][%s]: Invalid index %ld in %s", getNodePath().c_str(), key,
+                      static_cast<long>(position), item.c_str(), static_cast<long>(index), listPath.c_str());
+}
+
 void RecordNode::initRecordId(int64_t& member, const IdItemListBase* list, const std::optional<int64_t>& id) {
     member = 0;
     if (!list) SORVANE_THROW("Initialization of %s: Internal error: no parent", getNodePath().c_str());

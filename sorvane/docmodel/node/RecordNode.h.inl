@@ -100,6 +100,12 @@ protected:
     void checkIndexReference(const char* list, const char* key, int64_t index) const;
     void checkIndexReferenceItem(const char* list, const char* key, int64_t item, int64_t index) const;
     void checkIndexReferenceAdd(const char* list, const char* key, int64_t index) const;
+    // The same for an entry of a text-to-index map ("Setting item KEY of
+    // PATH.attributes: ...") and of one map of a list of them
+    // ("Setting item PATH.targets[2][KEY]: ...").
+    void checkMapIndexReference(const char* list, const char* key, const std::string& item, int64_t index) const;
+    void checkMapsIndexReference(const char* list, const char* key, int64_t position, const std::string& item,
+                                 int64_t index) const;
     // The size of the root list `list`, and its path.
     int64_t indexListSize(const char* list, std::string& listPath) const;
 
@@ -184,6 +190,26 @@ template <>
 struct JsonValue<std::vector<int64_t>> {
     static bool read(archive::JsonImporter& in, std::vector<int64_t>& v) { return in.nextIntegerList(v); }
     static void write(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
+};
+template <>
+struct JsonValue<archive::JsonImporter::IntegerMap> {
+    static bool read(archive::JsonImporter& in, archive::JsonImporter::IntegerMap& v) {
+        auto r = in.nextIntegerMap();
+        if (r) v = std::move(*r);
+        return r.has_value();
+    }
+    static void write(archive::JsonExporter& out, const archive::JsonImporter::IntegerMap& v) { out.addIntegerMap(v); }
+};
+template <>
+struct JsonValue<std::vector<archive::JsonImporter::IntegerMap>> {
+    static bool read(archive::JsonImporter& in, std::vector<archive::JsonImporter::IntegerMap>& v) {
+        auto r = in.nextIntegerMapList();
+        if (r) v = std::move(*r);
+        return r.has_value();
+    }
+    static void write(archive::JsonExporter& out, const std::vector<archive::JsonImporter::IntegerMap>& v) {
+        out.addIntegerMapList(v);
+    }
 };
 template <>
 struct JsonValue<std::vector<double>> {

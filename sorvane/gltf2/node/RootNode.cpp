@@ -146,6 +146,11 @@ RecordFields RootNode::getRecordFields() const {
         recordField<&RootNode::textures_>("textures"),
         recordField<&RootNode::materials_>("materials"),
         recordField<&RootNode::cameras_>("cameras"),
+        recordField<&RootNode::meshes_>("meshes"),
+        recordField<&RootNode::nodes_>("nodes"),
+        recordField<&RootNode::animations_>("animations"),
+        recordField<&RootNode::skins_>("skins"),
+        recordField<&RootNode::scenes_>("scenes"),
         recordField<&RootNode::scene_>("scene"),
     };
     return {fields, fields + sizeof fields / sizeof fields[0]};
@@ -165,6 +170,11 @@ void RootNode::incompleteInit() {
     textures_.reset();
     materials_.reset();
     cameras_.reset();
+    meshes_.reset();
+    nodes_.reset();
+    animations_.reset();
+    skins_.reset();
+    scenes_.reset();
 }
 
 void RootNode::init() {
@@ -203,6 +213,11 @@ void RootNode::setAccessors(const std::shared_ptr<AccessorNodes>& node) {
     accessors_ = node;
 }
 
+void RootNode::setAnimations(const std::shared_ptr<AnimationNodes>& node) {
+    if (node) node->setNodeParent(shared_from_this());
+    animations_ = node;
+}
+
 BufferNodes& RootNode::buffers() {
     if (!buffers_) buffers_ = std::make_shared<BufferNodes>(shared_from_this());
     return *buffers_;
@@ -216,6 +231,11 @@ BufferViewNodes& RootNode::bufferViews() {
 AccessorNodes& RootNode::accessors() {
     if (!accessors_) accessors_ = std::make_shared<AccessorNodes>(shared_from_this());
     return *accessors_;
+}
+
+AnimationNodes& RootNode::animations() {
+    if (!animations_) animations_ = std::make_shared<AnimationNodes>(shared_from_this());
+    return *animations_;
 }
 
 void RootNode::__create() {
@@ -375,7 +395,9 @@ int64_t RootNode::appendSharedBuffer(const void* data, int64_t valueCount, int64
     // Each value starts at a multiple of its own size.
     const size_t padded = (bytes.size() + valueSize - 1) / valueSize * valueSize;
     const size_t size = static_cast<size_t>(valueCount * valueSize);
-    bytes.reserve(std::max(bytes.capacity(), padded + size));
+    // Grown by doubling: an exact reserve per add would copy the whole buffer
+    // at every add, quadratic over a document of many accessors.
+    if (bytes.capacity() < padded + size) bytes.reserve(std::max(bytes.capacity() * 2, padded + size));
     bytes.resize(padded);
     const size_t offset = bytes.size();
     bytes.insert(bytes.end(), static_cast<const uint8_t*>(data), static_cast<const uint8_t*>(data) + size);

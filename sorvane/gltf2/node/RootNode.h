@@ -13,12 +13,17 @@
 #include "sorvane/gltf2/node/RecordNode.h"
 #include "sorvane/gltf2/node/StorageMode.h"
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
+#include "sorvane/gltf2/node/animation/AnimationNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
 #include "sorvane/gltf2/node/camera/CameraNodes.h"
 #include "sorvane/gltf2/node/image/ImageNodes.h"
 #include "sorvane/gltf2/node/material/MaterialNodes.h"
+#include "sorvane/gltf2/node/mesh/MeshNodes.h"
+#include "sorvane/gltf2/node/node/NodeNodes.h"
 #include "sorvane/gltf2/node/sampler/SamplerNodes.h"
+#include "sorvane/gltf2/node/scene/SceneNodes.h"
+#include "sorvane/gltf2/node/skin/SkinNodes.h"
 #include "sorvane/gltf2/node/texture/TextureNodes.h"
 
 namespace sorvane::archive {
@@ -108,6 +113,7 @@ public:
     const std::shared_ptr<BufferNodes>& getBuffers() const { return buffers_; }
     const std::shared_ptr<BufferViewNodes>& getBufferViews() const { return bufferViews_; }
     const std::shared_ptr<AccessorNodes>& getAccessors() const { return accessors_; }
+    const std::shared_ptr<AnimationNodes>& getAnimations() const { return animations_; }
     void setBuffers(const std::shared_ptr<BufferNodes>& node);
     void setBufferViews(const std::shared_ptr<BufferViewNodes>& node);
     void setAccessors(const std::shared_ptr<AccessorNodes>& node);
@@ -116,10 +122,18 @@ public:
     const std::shared_ptr<TextureNodes>& getTextures() const { return textures_; }
     const std::shared_ptr<MaterialNodes>& getMaterials() const { return materials_; }
     const std::shared_ptr<CameraNodes>& getCameras() const { return cameras_; }
+    void setAnimations(const std::shared_ptr<AnimationNodes>& node);
     // The list, made when absent.
     BufferNodes& buffers();
     BufferViewNodes& bufferViews();
     AccessorNodes& accessors();
+    AnimationNodes& animations();
+
+    // The scene graph lists; absent until read or first added to.
+    const std::shared_ptr<MeshNodes>& getMeshes() const { return meshes_; }
+    const std::shared_ptr<NodeNodes>& getNodes() const { return nodes_; }
+    const std::shared_ptr<SkinNodes>& getSkins() const { return skins_; }
+    const std::shared_ptr<SceneNodes>& getScenes() const { return scenes_; }
 
 private:
     std::string toJsonText(bool compact) const;
@@ -142,6 +156,11 @@ private:
     std::shared_ptr<TextureNodes> textures_;
     std::shared_ptr<MaterialNodes> materials_;
     std::shared_ptr<CameraNodes> cameras_;
+    std::shared_ptr<MeshNodes> meshes_;
+    std::shared_ptr<NodeNodes> nodes_;
+    std::shared_ptr<AnimationNodes> animations_;
+    std::shared_ptr<SkinNodes> skins_;
+    std::shared_ptr<SceneNodes> scenes_;
 };
 
 } // namespace sorvane::gltf2

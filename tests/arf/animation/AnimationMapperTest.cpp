@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <iostream>
 #include <sstream>
 #include <thread>
@@ -102,10 +103,11 @@ TEST(AnimationMapper, SamplesAndStaleTargets) {
     c.setBlendshapeWeights(1, {0.9f, 0.7f, 0.5f});
     BlendshapeAnimationSample sample;
     sample.setSetId(99);
-    sample.setBlendshapeCount(3);
-    const long ids[3] = {1, 2, 1};
-    const float weights[3] = {0.2f, 0.4f, 0.8f};
-    for (long i = 0; i < 3; ++i) {
+    // Ids the framework lacks (below its first row, far past its last) are ignored.
+    sample.setBlendshapeCount(5);
+    const long ids[5] = {1, 2, 1, -5, std::numeric_limits<long>::max()};
+    const float weights[5] = {0.2f, 0.4f, 0.8f, 0.5f, 0.5f};
+    for (long i = 0; i < 5; ++i) {
         sample.setBlendshapeId(i, ids[i]);
         sample.setBlendshapeWeight(i, weights[i]);
     }
@@ -166,6 +168,30 @@ TEST(AnimationMapper, DirectLinksBypass) {
               failure([&] { AnimationMapper(arf, AnimationFramework::create("urn:mpeg:kelvar:eyes", 0)); }));
     EXPECT_EQ("arf is NULL", failure([&] { AnimationMapper(static_cast<const Arf*>(nullptr), rig); }));
     EXPECT_EQ("source is NULL", failure([&] { AnimationMapper(arf, AnimationFrameworkRef()); }));
+}
+
+TEST(AnimationMapper, AFailureKeepsTheTargetsBeforeIt) {
+    const Arf arf = animtest::avatarF();
+    AnimationMapper mapper(arf, AnimationFramework::create(kMediapipe, 0));
+    // Target 2 then follows a curve of input 25, defined on [0, 1] only.
+    mapper.addOperator({ANIMATION_LOCATION_BLENDSHAPE_SET, 1, 2},
+                       AnimationChannelOperatorRef({ANIMATION_LOCATION_STREAM, 0, 25}, {0, 1}, {0, 1},
+                                                   "INTERPOLATION_LINEAR", "CHANNEL_BLENDSHAPE", ANIMATION_MERGE_SUM));
+    auto frame = mapper.getFramework()->createData();
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 1})->data()[0] = 0.2f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 2})->data()[0] = 0.4f;
+    frame->getValue({ANIMATION_LOCATION_STREAM, 0, 25})->data()[0] = 1.5f;
+    for (bool keyed : {false, true}) {
+        AnimationComponents c(arf);
+        c.setBlendshapeWeights(1, {0.9f, 0.7f, 0.5f});
+        EXPECT_EQ("Invalid time 1.500000 not in range [0.000000, 1.000000]", failure([&] {
+                      if (keyed)
+                          mapper.updateComponentsKeyed(&c, frame.get());
+                      else
+                          mapper.updateComponents(&c, frame.get());
+                  }));
+        EXPECT_EQ((std::vector<float>{0.2f, 0.7f, 0.5f}), c.getBlendshapeWeights(1)) << keyed;
+    }
 }
 
 TEST(AnimationMapper, BuildRefusesBadAssociations) {

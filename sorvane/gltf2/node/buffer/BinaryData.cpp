@@ -45,8 +45,7 @@ void locate(const BufferNode& buffer, BufferBytes& bytes) {
         bytes.size = static_cast<int64_t>(shared->data.size());
         return;
     }
-    const std::string path = buffer.getNodePath();
-    if (!buffer.hasUri()) SORVANE_THROW("%s has no uri", path.c_str());
+    if (!buffer.hasUri()) SORVANE_THROW("%s has no uri", buffer.getNodePath().c_str());
     const std::string& uri = buffer.getUri();
     if (!startsWith(uri, kDataPrefix)) {
         if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri.c_str());
@@ -74,26 +73,30 @@ void locate(const BufferNode& buffer, BufferBytes& bytes) {
         bytes.size = size;
     }
     if (bytes.size != buffer.getByteLength())
-        SORVANE_THROW("In %s: Invalid byteLength %ld >= %ld", path.c_str(), static_cast<long>(bytes.size),
+        SORVANE_THROW("In %s: Invalid byteLength %ld >= %ld", buffer.getNodePath().c_str(), static_cast<long>(bytes.size),
                       static_cast<long>(buffer.getByteLength()));
 }
 
-const BufferViewNode& viewOf(const AccessorNode& accessor, const RootNode& root, const std::string& path) {
+// A node's path walks its list to find its position: it is made only for a
+// message, so that reading every accessor of a long list stays linear.
+const BufferViewNode& viewOf(const AccessorNode& accessor, const RootNode& root) {
     const auto& views = root.getBufferViews();
-    if (!views) SORVANE_THROW("Getting data from %s\n:There is no buffer views", path.c_str());
-    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s\n:Buffer view is not defined", path.c_str());
+    if (!views) SORVANE_THROW("Getting data from %s\n:There is no buffer views", accessor.getNodePath().c_str());
+    if (!accessor.hasBufferView())
+        SORVANE_THROW("Getting data from %s\n:Buffer view is not defined", accessor.getNodePath().c_str());
     return *views->getByIndex(accessor.getBufferView());
 }
 
 // Values of the accessor: count times the values of its type, checked so
 // that a hostile count cannot overflow.
-int64_t accessorValueCount(const AccessorNode& accessor, const std::string& path) {
+int64_t accessorValueCount(const AccessorNode& accessor) {
     const int64_t count = accessor.getCount();
     int64_t values = 0;
     int64_t bytes = 0;
     if (count < 0 || __builtin_mul_overflow(count, accessorType2valueCount(accessor.getType()), &values) ||
         __builtin_mul_overflow(values, accessorComponentType2size(accessor.getComponentType()), &bytes))
-        SORVANE_THROW("Getting data from %s:\nInvalid count %ld", path.c_str(), static_cast<long>(count));
+        SORVANE_THROW("Getting data from %s:\nInvalid count %ld", accessor.getNodePath().c_str(),
+                      static_cast<long>(count));
     return values;
 }
 
@@ -141,6 +144,8 @@ int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSi
         } else if (stride != 0 && stride != valueSize) {
             SORVANE_THROW("byteStrire != valueSize not implemented");
         }
+        // Before any arithmetic with it: a very negative offset would overflow.
+        if (byteOffset < 0) SORVANE_THROW("Invalid offset %ld", static_cast<long>(byteOffset));
         int64_t length = 0;
         if (!sizeGiven || !countGiven) {
             length = byteLength - byteOffset;
@@ -165,11 +170,10 @@ int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSi
 }
 
 int64_t BinaryData::getData(const AccessorNode& accessor, void* out, int64_t outSize) {
-    const std::string path = accessor.getNodePath();
     const int64_t componentSize = accessorComponentType2size(accessor.getComponentType());
     std::shared_ptr<RootNode> root = rootOf(accessor);
-    const BufferViewNode& view = viewOf(accessor, *root, path);
-    const int64_t values = accessorValueCount(accessor, path);
+    const BufferViewNode& view = viewOf(accessor, *root);
+    const int64_t values = accessorValueCount(accessor);
     return getData(view, out, outSize, accessor.getByteOffset(), values, componentSize);
 }
 
@@ -191,12 +195,11 @@ std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
 DataTree BinaryData::getTensor(const AccessorNode& accessor) {
     const std::vector<long> dims = getDims(accessor);
     const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
-    const std::string path = accessor.getNodePath();
-    const int64_t bytes = accessorValueCount(accessor, path) * accessorComponentType2size(accessor.getComponentType());
+    const int64_t bytes = accessorValueCount(accessor) * accessorComponentType2size(accessor.getComponentType());
     // Measured first: a count the buffer cannot hold fails before anything is allocated.
     getDataSize(accessor);
     void* block = std::malloc(bytes > 0 ? static_cast<size_t>(bytes) : 1);
-    if (!block) SORVANE_THROW("Getting data from %s:\nOut of memory", path.c_str());
+    if (!block) SORVANE_THROW("Getting data from %s:\nOut of memory", accessor.getNodePath().c_str());
     try {
         const int64_t got = getData(accessor, block, bytes);
         if (got < bytes) std::memset(static_cast<uint8_t*>(block) + got, 0, static_cast<size_t>(bytes - got));
@@ -210,15 +213,15 @@ DataTree BinaryData::getTensor(const AccessorNode& accessor) {
 DataTree* BinaryData::getTensorPtr(const AccessorNode& accessor) { return new DataTree(getTensor(accessor)); }
 
 DataTree BinaryData::getDataArray(const AccessorNode& accessor) {
-    const std::string path = accessor.getNodePath();
-    if (getDims(accessor).size() != 1) SORVANE_THROW("Getting data from %s:\nAccessor is not 1D", path.c_str());
+    const auto path = [&] { return accessor.getNodePath(); };
+    if (getDims(accessor).size() != 1) SORVANE_THROW("Getting data from %s:\nAccessor is not 1D", path().c_str());
     std::shared_ptr<RootNode> root = rootOf(accessor);
     const auto& views = root->getBufferViews();
-    if (!views) SORVANE_THROW("Getting data from %s:\nThere is no buffer views", path.c_str());
-    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s:\nBuffer view is not defined", path.c_str());
+    if (!views) SORVANE_THROW("Getting data from %s:\nThere is no buffer views", path().c_str());
+    if (!accessor.hasBufferView()) SORVANE_THROW("Getting data from %s:\nBuffer view is not defined", path().c_str());
     const BufferViewNode& view = *views->getByIndex(accessor.getBufferView());
     const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
-    const int64_t count = accessorValueCount(accessor, path);
+    const int64_t count = accessorValueCount(accessor);
     const int64_t size = getScalarSize(type);
     getData(view, nullptr, 0, accessor.getByteOffset(), count, size);
     std::unique_ptr<DataTree> made(DataTree::createArrayPtr(static_cast<long>(count), type));
@@ -272,8 +275,7 @@ int64_t BinaryData::clone(const AccessorNode& accessor, RootNode& target) {
                                                         accessor.hasName() ? name.c_str() : nullptr);
     if (accessor.hasBufferView()) {
         std::shared_ptr<RootNode> root = rootOf(accessor);
-        const std::string path = accessor.getNodePath();
-        copy->setBufferView(clone(viewOf(accessor, *root, path), target));
+        copy->setBufferView(clone(viewOf(accessor, *root), target));
     }
     if (accessor.hasByteOffset()) copy->setByteOffset(accessor.getByteOffset());
     if (accessor.hasNormalized()) copy->setNormalized(accessor.getNormalized());
