@@ -189,7 +189,12 @@ int64_t RootNode::getScene() const {
 
 void RootNode::setScene(int64_t index) {
     if (scene_ && *scene_ == index) return;
-    checkIndexReference("scenes", "scene", index);
+    // The shared reference check looks the list up through the owning root,
+    // which the root itself does not have: check its own list here.
+    if (!scenes_) SORVANE_THROW("There is no %s in %s", "scenes", getNodePath().c_str());
+    if (index < 0 || index >= scenes_->getNodeSize())
+        SORVANE_THROW("Setting %s.%s: Invalid index %ld in %s", getNodePath().c_str(), "scene", static_cast<long>(index),
+                      scenes_->getNodePath().c_str());
     scene_ = index;
 }
 
