@@ -19,8 +19,8 @@ class MeshConvertMode : public sorvane::Mode {
 public:
     explicit MeshConvertMode(args::ArgumentParser& parser)
         : Mode(parser),
-          input(parser, "IN", "the mesh to read (.obj)", args::Options::Required),
-          output(parser, "OUT", "the file to write (.obj, .x3d, .pts)", args::Options::Required) {
+          input(parser, "IN", "the mesh to read (.obj, .gltf, .glb)", args::Options::Required),
+          output(parser, "OUT", "the file to write (.obj, .gltf, .glb, .x3d, .pts)", args::Options::Required) {
         parser.Description("Reads a mesh and writes it in the format OUT's extension names. X3D keeps the "
                            "vertices and faces only, a point list the vertices only; what is left out is listed.");
     }
@@ -29,11 +29,12 @@ public:
         const std::string in = args::get(input);
         const std::string out = args::get(output);
         const std::string from = sorvane::getFileExtension(in);
-        if (from != ".obj") SORVANE_THROW("Unsupported file extension %s", from.c_str());
-        const sorvane::DataTree mesh = sorvane::loadObj(in);
+        if (from != ".obj" && from != ".gltf" && from != ".glb")
+            SORVANE_THROW("Unsupported file extension %s", from.c_str());
+        const sorvane::DataTree mesh = sorvane::loadMesh(in);
         const std::string to = sorvane::getFileExtension(out);
-        if (to == ".obj") {
-            sorvane::saveObj(out, mesh);
+        if (to == ".obj" || to == ".gltf" || to == ".glb") {
+            sorvane::saveMesh(out, mesh, true);
         } else if (to == ".x3d") {
             sorvane::DataTree kept = sorvane::DataTree::createObject();
             for (const std::string& key : mesh.getItemNames()) {
@@ -54,7 +55,8 @@ public:
             SORVANE_THROW("Unsupported file extension %s", to.c_str());
         }
         const long vertices = mesh.hasItem("vertices") ? mesh.getItem("vertices").getTensorSize(0) : 0;
-        const long faces = mesh.hasItem("facesVertices") ? mesh.getItem("facesVertices").getTensorSize(0) : 0;
+        const char* facesKey = mesh.hasItem("facesVertices") ? "facesVertices" : "faces";
+        const long faces = mesh.hasItem(facesKey) ? mesh.getItem(facesKey).getTensorSize(0) : 0;
         std::cout << out << ": " << vertices << " vertices, " << faces << " faces\n";
     }
 

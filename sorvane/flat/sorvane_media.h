@@ -34,9 +34,9 @@ SORVANE_API int32_t sorvane_smallestImageCrop(int64_t* out, const DataTree* imag
 SORVANE_API int32_t sorvane_loadObjPtr(DataTree** out, const char* path);
 /* Writes a mesh object as .obj (and its .mtl and texture .png beside it). */
 SORVANE_API int32_t sorvane_saveObj(const char* path, const DataTree* mesh);
-/* A mesh file, by its extension (.obj), as a new mesh object. */
+/* A mesh file, by its extension (.obj, .gltf, .glb), as a new mesh object. */
 SORVANE_API int32_t sorvane_loadMeshPtr(DataTree** out, const char* path);
-/* Writes a mesh object in the format its extension names (.obj). */
+/* Writes a mesh object in the format its extension names (.obj; .gltf and .glb always embed their buffers). */
 SORVANE_API int32_t sorvane_saveMesh(const char* path, const DataTree* mesh, bool embedded);
 
 #ifdef __cplusplus

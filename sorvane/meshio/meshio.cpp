@@ -4,6 +4,7 @@
 
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/file.h"
+#include "sorvane/meshio/mesh_gltf.h"
 
 namespace sorvane {
 
@@ -35,12 +36,15 @@ long countWords(const std::string& text) {
 DataTree loadMesh(const std::string& path) {
     const std::string extension = getFileExtension(path);
     if (extension == ".obj") return loadObj(path);
+    if (extension == ".gltf" || extension == ".glb") return loadGltf(path);
     SORVANE_THROW("Unsupported file extension %s", extension.c_str());
 }
 
 void saveMesh(const std::string& path, const DataTree& mesh, bool) {
     const std::string extension = getFileExtension(path);
     if (extension == ".obj") return saveObj(path, mesh);
+    // Always embedded: one file to hand on, whatever the caller asked.
+    if (extension == ".gltf" || extension == ".glb") return saveGltf(path, mesh, true);
     SORVANE_THROW("Unsupported file extension %s", extension.c_str());
 }
 

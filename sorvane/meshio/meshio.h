@@ -23,7 +23,7 @@ SORVANE_API long countChars(const std::string& text, char c);
 // Words separated by blanks (spaces and tabs).
 SORVANE_API long countWords(const std::string& text);
 
-// By extension, exactly: ".obj"; anything else raises "Unsupported file
+// By extension, exactly: ".obj", ".gltf", ".glb"; anything else raises "Unsupported file
 // extension %s".
 SORVANE_API DataTree loadMesh(const std::string& path);
 SORVANE_API void saveMesh(const std::string& path, const DataTree& mesh, bool embedded);
