@@ -21,6 +21,9 @@ std::vector<uint8_t> readFile(const RootNode* root, const std::string& uri) {
     if (archive::isAbsoluteUri(uri)) SORVANE_THROW("uri '%s' is absolute", uri.c_str());
     if (archive::climbsOutOfFolder(uri)) SORVANE_THROW("uri '%s' leaves the document's folder", uri.c_str());
     if (!root || !root->getFileProvider()) SORVANE_THROW("No file provider");
+    // The same rule as for buffers: links inside the folder are resolved first.
+    if (archive::leavesFolder(root->getFileProvider().get(), uri))
+        SORVANE_THROW("uri '%s' leaves the document's folder", uri.c_str());
     return root->getFileProvider()->getBytes(uri, 0);
 }
 
