@@ -15,11 +15,19 @@ if(TALVEX_SCHEMAS)
   endif()
   string(REPLACE "\n" ";" outputs "${outputs}")
   list(FILTER outputs EXCLUDE REGEX "^$")
-  add_custom_command(OUTPUT ${outputs}
+  # The rule's output is a stamp, not the generated files: the generator leaves
+  # files whose text is unchanged untouched, so a schema edit recompiles only
+  # the sources it really changed.
+  set(TALVEX_CODEGEN_STAMP ${TALVEX_GENERATED_DIR}/codegen.stamp)
+  add_custom_command(OUTPUT ${TALVEX_CODEGEN_STAMP}
+    BYPRODUCTS ${outputs}
     COMMAND ${Python3_EXECUTABLE} ${CMAKE_SOURCE_DIR}/codegen/generate.py
       --out ${TALVEX_GENERATED_DIR} ${TALVEX_SCHEMAS}
+    COMMAND ${CMAKE_COMMAND} -E touch ${TALVEX_CODEGEN_STAMP}
     DEPENDS ${TALVEX_SCHEMAS} ${TALVEX_CODEGEN_SOURCES}
     COMMENT "Generating record classes from schema/")
+  add_custom_target(talvex_codegen DEPENDS ${TALVEX_CODEGEN_STAMP})
+  set_source_files_properties(${outputs} PROPERTIES GENERATED TRUE)
   foreach(f ${outputs})
     if(f MATCHES "\\.cpp$")
       list(APPEND TALVEX_GENERATED_SOURCES ${f})

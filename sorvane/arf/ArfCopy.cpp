@@ -15,10 +15,14 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
     if (Arf::detectStorageMode(path) != MEMORY_ONLY && path.has_parent_path())
         std::filesystem::create_directories(path.parent_path());
     Arf target = Arf::create(path);
-    // The tree goes across as its JSON text, read into the new document.
-    const std::string text = source.toJsonString();
-    archive::JsonImporter importer(text.data(), text.size());
-    target.fromJson(importer);
+    // The tree goes across as its JSON text, read into the new document; the
+    // text is dropped before the payloads are copied, so it adds nothing to
+    // the peak of a save.
+    {
+        const std::string text = source.toJsonString();
+        archive::JsonImporter importer(text.data(), text.size());
+        target.fromJson(importer);
+    }
     // Payloads go across one by one: each is read from the source, wherever
     // it lies (own file, shared file, archive entry, "data:" uri), and stored
     // again where the target's storage mode puts it.

@@ -91,6 +91,19 @@ SORVANE_GLTF2_ROOT_LIST(Animations, animations, sorvane_gltf2_AnimationList)
 SORVANE_GLTF2_ROOT_LIST(Skins, skins, sorvane_gltf2_SkinList)
 SORVANE_GLTF2_ROOT_LIST(Scenes, scenes, sorvane_gltf2_SceneList)
 
+int32_t sorvane_gltf2_Gltf_getNodeTypes(int32_t* out, int64_t outBytes, int64_t* pvalueCount,
+                                        sorvane_gltf2_Gltf* self) {
+    return flat::values(out, outBytes, pvalueCount, kNull, self, [](Gltf& gltf) { return gltf.getNodeTypes(); });
+}
+
+int32_t sorvane_gltf2_Gltf_getSceneName(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self) {
+    return flat::text(out, outSize, kNull, self, [](Gltf& gltf) { return gltf.getSceneName(); });
+}
+
+int32_t sorvane_gltf2_Gltf_getFirstMesh(sorvane_gltf2_Mesh** out, sorvane_gltf2_Gltf* self) {
+    return flat::get(out, kNull, self, [](Gltf& gltf) { return gltf.getFirstMeshPtr(); });
+}
+
 #define SORVANE_GLTF2_NAME_LIST(Name, member)                                                                    \
     int32_t sorvane_gltf2_Gltf_get##Name##Size(int64_t* out, sorvane_gltf2_Gltf* self) {                         \
         return flat::get(out, kNull, self, [](Gltf& gltf) { return gltf.member.size(); });                       \

@@ -84,6 +84,12 @@ SORVANE_API int32_t sorvane_gltf2_Gltf_removeSkins(sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getScenes(sorvane_gltf2_SceneList** out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_hasScenes(bool* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_removeScenes(sorvane_gltf2_Gltf* self);
+/* Per node 2 joint, 1 mesh node (a mesh at or below it), 0 other; array size protocol. */
+SORVANE_API int32_t sorvane_gltf2_Gltf_getNodeTypes(int32_t* out, int64_t outBytes, int64_t* pvalueCount,
+                                                    sorvane_gltf2_Gltf* self);
+SORVANE_API int32_t sorvane_gltf2_Gltf_getSceneName(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self);
+/* The first mesh depth first from the default scene; an accessor with no node when there is none. */
+SORVANE_API int32_t sorvane_gltf2_Gltf_getFirstMesh(sorvane_gltf2_Mesh** out, sorvane_gltf2_Gltf* self);
 
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedSize(int64_t* out, sorvane_gltf2_Gltf* self);
 SORVANE_API int32_t sorvane_gltf2_Gltf_getExtensionsUsedValue(char* out, int64_t* outSize, sorvane_gltf2_Gltf* self,

@@ -256,6 +256,49 @@ TEST(Sets, SplatModeIsAReadDefault) {
               "Unsupported or invalid object at line 1");
 }
 
+TEST(Sets, AttributesCopyIsDeepAndChecked) {
+    const std::string text = std::string("memory:") + kAvatar;
+    Arf arf = Arf::load(text);
+    auto c = arf.components.get();
+    auto g = c.gaussianSplatSets[1];
+
+    // From a detached object: later changes to either side stay apart.
+    GenericProperty source{{"a", 1}, {"l", {"x", "y"}}};
+    g.attributes.copy(source);
+    source.set("a", GenericProperty(2));
+    g.attributes["l"].add("z");
+    EXPECT_EQ(g.attributes["a"].getItem().getInteger(), 1);
+    EXPECT_EQ(source.get("l").getItem().size(), 2);
+    EXPECT_FALSE(g.attributes.get().has("k"));
+    EXPECT_EQ(g.attributes["l"].getPropertyPath(), "components.gaussianSplatSets[1].attributes[\"l\"]");
+
+    // From another document's attributes, and written as read.
+    Arf other = Arf::load(text);
+    auto h = other.components->gaussianSplatSets[1];
+    h.attributes.copy(g.attributes.get());
+    g.attributes.copy(g.attributes.get());  // onto itself
+    EXPECT_EQ(h.attributes.get().buildRepresentation(), g.attributes.get().buildRepresentation());
+    EXPECT_NE(other.toJsonString().find(R"("attributes": {)"), std::string::npos);
+
+    // Anything a document could not read back fails, and the member stays.
+    const std::string before = g.attributes.get().buildRepresentation();
+    EXPECT_EQ(messageOf([&] { g.attributes.copy(GenericProperty{"x", "y"}); }),
+              "Cloning <noparent>: list is not an object");
+    GenericProperty nested{{"a", 1}};
+    nested.getNode()->setNodeItem("o", GenericProperty{{"b", 2}}.getNode());
+    EXPECT_EQ(messageOf([&] { g.attributes.copy(nested); }).rfind("Unsupported nested", 0), 0u);
+    EXPECT_EQ(messageOf([&] { g.attributes.copy(GenericProperty(nullptr, nullptr, false)); }), "Invalid node");
+    EXPECT_EQ(g.attributes.get().buildRepresentation(), before);
+
+    // Read-only documents refuse it; an absent member is made by the copy.
+    Arf readOnly = Arf::load(text, true);
+    EXPECT_EQ(messageOf([&] { readOnly.components->gaussianSplatSets[1].attributes.copy(source); }),
+              "Cloning components.gaussianSplatSets[1].attributes: Forbidden, read-only target container");
+    g.attributes.removeProperty();
+    g.attributes.copy(source);
+    EXPECT_EQ(g.attributes["a"].getItem().getInteger(), 2);
+}
+
 TEST(Sets, SphericalHarmonicsStandsAlone) {
     Arf arf = avatarWithData();
     auto node = std::make_shared<SphericalHarmonicsNode>(arf.getRoot());

@@ -226,3 +226,49 @@ TEST(AnimationRecords, MixerTakesTracksFromTheDocument) {
     Gltf parsed = fromText(text);
     EXPECT_EQ(messageOf([&] { mixer.addAnimation(parsed.animations[0], time, "a"); }), "There is no nodes");
 }
+
+TEST(AnimationRecords, GlbFilesKeepTheirTracksAndTruncationsFail) {
+    talvex_test::GltfScratch scratch;
+    const std::string path = scratch.path("a.glb");
+    {
+        Gltf gltf = Gltf::create(path);
+        const float times[] = {0, 1}, values[] = {0, 10};
+        gltf.accessors.get().addDense(times, 2, ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR");
+        gltf.accessors.get().addDense(values, 2, ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR");
+        gltf.animations.get().add("a").samplers.add(int64_t(0), int64_t(1), nullptr);
+        gltf.save();
+    }
+    {
+        const Gltf loaded = Gltf::load(path, true);
+        float out = 0;
+        firstSampler(loaded).getSample(&out, 1, 0.25f);
+        EXPECT_FLOAT_EQ(out, 2.5f);
+    }
+    // A BIN chunk longer than the file: read whole and refused as before.
+    std::string bytes = scratch.read("a.glb");
+    scratch.write("a.glb", bytes.substr(0, bytes.size() - 4));
+    EXPECT_EQ(messageOf([&] { Gltf::load(path, true); }), "Error reading stream");
+}
+
+TEST(AnimationRecords, MixerStartsFromTheTargetNodesRestState) {
+    Gltf gltf = withTrack({0, 1}, {0, 0, 0, 10, 10, 10}, "VEC3");
+    Node node = gltf.nodes.get().add(nullptr);
+    node.getNode()->setTranslation({1, 2, 3});
+    gltf.animations[0].channels.get().addTarget(0, 0, "translation");
+    float time = 0.5f;
+    AnimationMixer mixer(30.0f, {{"translation", TransformPolicy::Add}});
+    mixer.addAnimation(gltf.animations[0], time, "a");
+    ASSERT_EQ(mixer.channels.size(), 1u);
+    EXPECT_EQ(mixer.channels[0]->nodeIndex, 0);
+    const TransformData state = mixer.apply()[0];
+    EXPECT_EQ(std::vector<float>(state.translation, state.translation + 3), (std::vector<float>{6, 7, 8}));
+
+    AnimationMixer byNode(30.0f, {{"translation", TransformPolicy::Add}});
+    byNode.addAnimationChannel(node, "translation", {0, 1}, {0, 0, 0, 10, 10, 10}, "LINEAR", time, "b");
+    EXPECT_EQ(byNode.apply()[0].translation[2], 8.0f);
+
+    node.getNode()->setMatrix(std::vector<double>{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
+    AnimationMixer mixed(30.0f, {{"translation", TransformPolicy::Add}});
+    EXPECT_EQ(messageOf([&] { mixed.addAnimation(gltf.animations[0], time, "a"); }),
+              "Error in nodes[0]:\nCan't mix Scale/Rotation/Translation and Matrix transform");
+}

@@ -227,4 +227,13 @@ TEST(SceneViews, SceneNameAndFirstMesh) {
     // Depth first from node 2: node 3 has nothing, then node 1 with mesh "b".
     EXPECT_EQ(gltf.getFirstMesh().name.get(), "b");
     EXPECT_FALSE(fromText(R"({"asset":{"version":"2.0"}})").getFirstMesh().isPropertyPresent());
+
+    // The default scene is set against the scenes the document has.
+    Gltf built;
+    built.init();
+    EXPECT_EQ(messageOf([&] { built.scene.set(0); }), "There is no scenes in ");
+    built.scenes.get().add("s");
+    EXPECT_EQ(messageOf([&] { built.scene.set(1); }), "Setting .scene: Invalid index 1 in scenes");
+    built.scene.set(0);
+    EXPECT_EQ(built.getSceneName(), "s");
 }

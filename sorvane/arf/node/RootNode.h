@@ -95,7 +95,10 @@ public:
 
     static bool isSectionKey(const std::string& key);
 
+    ReferenceListCache& referenceListCache() const { return referenceLists; }
+
 private:
+    mutable ReferenceListCache referenceLists;
     std::shared_ptr<archive::FileProvider> provider;
     std::string mainFileName;
     bool overwrite = true;

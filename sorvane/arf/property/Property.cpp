@@ -37,6 +37,7 @@ void Property::checkWritable(Change change, const std::string& path) const {
     case Change::AddNull: SORVANE_THROW("Adding Null to %s: Forbidden, read-only accessor", p);
     case Change::AddValue: SORVANE_THROW("Adding to %s: Forbidden, read-only accessor", p);
     case Change::Modify: SORVANE_THROW("Modifying %s: Forbidden, read-only object", p);
+    case Change::Clone: SORVANE_THROW("Cloning %s: Forbidden, read-only target container", p);
     }
 }
 

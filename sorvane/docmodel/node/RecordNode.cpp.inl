@@ -186,11 +186,24 @@ void RecordNode::failNoList(const char* operation, const char* key, int64_t inde
     SORVANE_THROW("%s item %ld of %s.%s: No list", operation, static_cast<long>(index), path.c_str(), key);
 }
 
-AbstractNode::Ref RecordNode::findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const {
+AbstractNode* RecordNode::findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const {
     // An accessor may outlive its document: a missing root reads as a
     // document without the section.
     std::shared_ptr<RootNode> rootNode = root.lock();
     if (!rootNode) SORVANE_THROW("There is no %s", target.section ? target.section : target.list);
+    ReferenceListCache::Entry& cached = rootNode->referenceListCache().slot(&target);
+    if (cached.target == &target) {
+        const AbstractNode* holder = cached.sectionField ? cached.sectionField->child(*rootNode) : rootNode.get();
+        // Same objects behind the same fields: the holder's class is the
+        // field's, so its list field still applies.
+        if (holder && holder == cached.holder &&
+            cached.listField->child(static_cast<const RecordNode&>(*holder)) == cached.list) {
+            ids = cached.ids;
+            return cached.list;
+        }
+    }
+    cached.target = nullptr;
+
     AbstractNode::Ref holder = rootNode;
     if (target.section) {
         holder = rootNode->getNodeItem(std::string(target.section));
@@ -200,17 +213,32 @@ AbstractNode::Ref RecordNode::findReferenceList(const ReferenceTarget& target, c
                                                                            : AbstractNode::Ref();
     ids = asIdItemList(list.get());
     if (!ids) SORVANE_THROW("There is no %s in %s", target.list, holder->getNodePath().c_str());
-    return list;
+
+    // Remembered only where both steps are plain record fields, which the
+    // check above can repeat without names.
+    const RecordField* sectionField = target.section ? rootNode->findChildField(std::string(target.section)) : nullptr;
+    const RecordNode* holderRecord = dynamic_cast<const RecordNode*>(holder.get());
+    const RecordField* listField = holderRecord ? holderRecord->findChildField(std::string(target.list)) : nullptr;
+    if ((!target.section || (sectionField && sectionField->child(*rootNode) == holder.get())) && listField &&
+        listField->child(*holderRecord) == list.get()) {
+        cached.sectionField = sectionField;
+        cached.listField = listField;
+        cached.holder = holder.get();
+        cached.list = list.get();
+        cached.ids = ids;
+        cached.target = &target;
+    }
+    return list.get();
 }
 
 AbstractNode::Ref RecordNode::getReferenceList(const ReferenceTarget& target) const {
     const IdItemListBase* ids = nullptr;
-    return findReferenceList(target, ids);
+    return findReferenceList(target, ids)->shared_from_this();
 }
 
 const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, std::string& listPath) const {
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     listPath = list->getNodePath();
     return *ids;
 }
@@ -218,7 +246,7 @@ const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, s
 // The list's path is made only for the message: checks run on every setter.
 void RecordNode::checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Setting %s.%s: Invalid id %ld in %s", getNodePath().c_str(), key, static_cast<long>(id),
                       list->getNodePath().c_str());
@@ -226,7 +254,7 @@ void RecordNode::checkReference(const ReferenceTarget& target, const char* key, 
 
 void RecordNode::checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const {
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Setting item %ld of %s.%s: Invalid id %ld in %s", static_cast<long>(index),
                       getNodePath().c_str(), key, static_cast<long>(id), list->getNodePath().c_str());
@@ -236,7 +264,7 @@ void RecordNode::checkReferenceItems(const ReferenceTarget& target, const char* 
                                      const std::vector<int64_t>& values) const {
     if (values.empty()) return;
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     for (size_t i = 0; i < values.size(); ++i)
         if (ids->findNodeItemIndexById(values[i]) < 0)
             SORVANE_THROW("Setting item %ld of %s.%s: Invalid id %ld in %s", static_cast<long>(i),
@@ -245,7 +273,7 @@ void RecordNode::checkReferenceItems(const ReferenceTarget& target, const char* 
 
 void RecordNode::checkReferenceAdd(const ReferenceTarget& target, const char* key, int64_t id) const {
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("Adding item to %s.%s: Invalid id %ld in %s", getNodePath().c_str(), key, static_cast<long>(id),
                       list->getNodePath().c_str());
@@ -253,7 +281,7 @@ void RecordNode::checkReferenceAdd(const ReferenceTarget& target, const char* ke
 
 void RecordNode::checkInitReference(const ReferenceTarget& target, int64_t id) const {
     const IdItemListBase* ids = nullptr;
-    AbstractNode::Ref list = findReferenceList(target, ids);
+    AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)
         SORVANE_THROW("id %ld does not exist in %s", static_cast<long>(id), list->getNodePath().c_str());
 }

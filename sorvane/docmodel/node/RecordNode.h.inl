@@ -31,6 +31,27 @@ struct ReferenceTarget {
     const char* list;
 };
 
+// Where the roots keep the target lists of references last found, so that a
+// reference setter does not look its list up by name each time. An entry is
+// checked against the live tree before use (same section, same list behind
+// the same fields), so a replaced or removed list is never used.
+struct ReferenceListCache {
+    struct Entry {
+        const ReferenceTarget* target = nullptr;
+        const RecordField* sectionField = nullptr;  // in the root; null for a list at the root
+        const RecordField* listField = nullptr;     // in the holder
+        const AbstractNode* holder = nullptr;
+        AbstractNode* list = nullptr;
+        const IdItemListBase* ids = nullptr;
+    };
+    static constexpr size_t kSize = 16;
+    Entry entries[kSize];
+
+    Entry& slot(const ReferenceTarget* target) {
+        return entries[(reinterpret_cast<uintptr_t>(target) / sizeof(ReferenceTarget)) % kSize];
+    }
+};
+
 // The base of every record node (one JSON object of the format with typed
 // members). Reading, writing and the generic object view are driven by the
 // record's field table; the typed getters and setters live in the record.
@@ -86,7 +107,7 @@ protected:
 
     // The list a reference points into; fails when the document has none.
     const IdItemListBase& referenceList(const ReferenceTarget& target, std::string& listPath) const;
-    AbstractNode::Ref findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
+    AbstractNode* findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
     void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
     // Every id of a whole new list, against one lookup of the target list.

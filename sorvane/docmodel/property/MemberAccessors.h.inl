@@ -487,4 +487,11 @@ public:
         static_assert(D::kOptional, "only optional members can be removed");
         D::remove(this->writableNode(Change::RemoveProperty));
     }
+
+    // Replaces the object by a copy of `source`; the two stay apart after.
+    // The copy is made first, so a failure leaves the member as it was.
+    void copy(const GenericProperty& source) {
+        NodeT& n = this->writableNode(Change::Clone);
+        D::set(n, std::static_pointer_cast<ObjectNode>(Object::copyOf(source, this->owner)));
+    }
 };

@@ -9,3 +9,14 @@ Object::Object(const GenericProperty& value) : GenericProperty(value) {}
 Object::~Object() = default;
 
 const char* Object::getPropertyTypeName() const { return "Object"; }
+
+std::shared_ptr<AbstractNode> Object::copyOf(const GenericProperty& source, const std::shared_ptr<AbstractNode>& parent) {
+    if (!source.getNode()) failInvalidNode();
+    const auto* object = dynamic_cast<const ObjectNode*>(source.getNode().get());
+    if (!object) SORVANE_THROW("Cloning %s: %s is not an object", source.getPropertyPath().c_str(),
+                               source.getNode()->getNodeTypeName());
+    auto copy = std::make_shared<ObjectNode>(parent);
+    for (const auto& entry : object->getItems())
+        if (entry.second) detail::storeInGenericObject(*copy, entry.first, *entry.second);
+    return copy;
+}

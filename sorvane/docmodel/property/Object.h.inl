@@ -12,4 +12,9 @@ public:
     ~Object() override;
 
     const char* getPropertyTypeName() const override;
+
+    // A new object under `parent` holding a copy of every value of `source`,
+    // which must be an object; only what a document can read back is taken
+    // (values and lists of values), anything else fails before a change.
+    static std::shared_ptr<AbstractNode> copyOf(const GenericProperty& source, const std::shared_ptr<AbstractNode>& parent);
 };

@@ -22,6 +22,7 @@ public:
         AddNull,         // "Adding Null to %s: ..."
         AddValue,        // "Adding to %s: ..."
         Modify,          // "Modifying %s: ... read-only object" (the path ends in "[key]")
+        Clone,           // "Cloning %s: ... read-only target container"
     };
 
     virtual ~Property();

@@ -101,6 +101,32 @@ bool readWords(std::istream& in, uint32_t* words, int count) {
     return true;
 }
 
+// Reads a .glb up to the BIN chunk's data: the header, the JSON chunk into
+// the root, and the BIN chunk's header. Returns the BIN chunk's length.
+uint32_t decodeHead(RootNode& root, std::istream& in) {
+    const std::string fileName = root.getMainFileName();
+    const char* file = fileName.c_str();
+    uint32_t header[3] = {0, 0, 0};
+    const bool haveHeader = readWords(in, header, 3);
+    if (!haveHeader || header[0] != kGlbMagic) SORVANE_THROW("Reading %s: Invalid header: not a glb file", file);
+    if (header[1] != 2) SORVANE_THROW("Reading %s: Invalid header: not version 2.0", file);
+    // header[2], the total length, is not needed: each chunk carries its own.
+    uint32_t chunk[2] = {0, 0};
+    if (!readWords(in, chunk, 2) || chunk[1] != kChunkJson)
+        SORVANE_THROW("Reading %s: Invalid first chunk: expect a JSON chunk", file);
+    std::string json;
+    if (!readExactly(in, chunk[0], json))
+        SORVANE_THROW("Reading %s: Error read %ld bytes in first chunk", file, static_cast<long>(chunk[0]));
+    {
+        archive::JsonImporter importer(json.data(), json.size());
+        root.fromJson(importer);
+    }
+    // A file that ends here keeps the old type word, so it fails as a wrong chunk.
+    readWords(in, chunk, 2);
+    if (chunk[1] != kChunkBin) SORVANE_THROW("Reading %s: Invalid second chunk: expect a BIN chunk", file);
+    return chunk[0];
+}
+
 } // namespace
 
 RootNode::RootNode() = default;
@@ -189,11 +215,11 @@ int64_t RootNode::getScene() const {
 
 void RootNode::setScene(int64_t index) {
     if (scene_ && *scene_ == index) return;
-    // The shared reference check looks the list up through the owning root,
-    // which the root itself does not have: check its own list here.
-    if (!scenes_) SORVANE_THROW("There is no %s in %s", "scenes", getNodePath().c_str());
+    // Checked here: the shared check reaches the list through the node's
+    // root, which the root itself does not hold.
+    if (!scenes_) SORVANE_THROW("There is no scenes in %s", getNodePath().c_str());
     if (index < 0 || index >= scenes_->getNodeSize())
-        SORVANE_THROW("Setting %s.%s: Invalid index %ld in %s", getNodePath().c_str(), "scene", static_cast<long>(index),
+        SORVANE_THROW("Setting %s.scene: Invalid index %ld in %s", getNodePath().c_str(), static_cast<long>(index),
                       scenes_->getNodePath().c_str());
     scene_ = index;
 }
@@ -252,12 +278,62 @@ void RootNode::__create() {
     }
 }
 
+namespace {
+
+// The parts of a .glb in the provider when its words are consistent: the
+// JSON chunk, and the BIN chunk's offset and length. False when they are not.
+bool glbLayout(const archive::FileProvider& provider, const std::string& name, std::string& json, int64_t& binOffset,
+               uint32_t& binLength) {
+    const int64_t size = provider.getDataSize(name);
+    if (size < 20) return false;
+    uint8_t head[20];
+    provider.getRange(head, 20, name, 0);
+    if (readWord(head) != kGlbMagic || readWord(head + 4) != 2 || readWord(head + 16) != kChunkJson) return false;
+    const int64_t jsonLength = readWord(head + 12);
+    if (jsonLength + 28 > size) return false;
+    uint8_t binHead[8];
+    provider.getRange(binHead, 8, name, 20 + jsonLength);
+    if (readWord(binHead + 4) != kChunkBin) return false;
+    binLength = readWord(binHead);
+    binOffset = 28 + jsonLength;
+    if (binOffset + static_cast<int64_t>(binLength) > size) return false;
+    json.resize(static_cast<size_t>(jsonLength));
+    provider.getRange(json.data(), jsonLength, name, 20);
+    return true;
+}
+
+bool loadChunks(RootNode& root) {
+    const archive::FileProvider& provider = *root.getFileProvider();
+    const std::string name = root.getMainFileName();
+    std::string json;
+    int64_t binOffset = 0;
+    uint32_t binLength = 0;
+    if (!glbLayout(provider, name, json, binOffset, binLength)) return false;
+    {
+        archive::JsonImporter importer(json.data(), json.size());
+        root.fromJson(importer);
+    }
+    if (!root.getBuffers()) SORVANE_THROW("No buffers");
+    if (!root.getBuffers()->hasNodeItem(int64_t(0))) SORVANE_THROW("Invalid buffer id %ld", 0L);
+    std::vector<uint8_t> data(binLength);
+    if (binLength > 0) provider.getRange(data.data(), binLength, name, binOffset);
+    root.__setSharedBuffer(0, std::move(data));
+    return true;
+}
+
+} // namespace
+
 void RootNode::__load() {
     if (!fileProvider) SORVANE_THROW("No file provider");
     switch (storageMode) {
     case SINGLE_FILE: {
-        const std::vector<uint8_t> bytes = fileProvider->getBytes(mainFileName, 0);
-        __decode(bytes.data(), bytes.size());
+        // A well-formed file is read in its parts, the BIN chunk straight into
+        // the shared buffer; anything else goes the whole-file way, which
+        // gives the reasons.
+        if (!loadChunks(*this)) {
+            const std::vector<uint8_t> bytes = fileProvider->getBytes(mainFileName, 0);
+            __decode(bytes.data(), bytes.size());
+        }
         break;
     }
     case MULTIPLE_FILES: {
@@ -277,26 +353,8 @@ void RootNode::__decode(const void* data, size_t size) {
 }
 
 void RootNode::__decode(std::istream& in) {
-    const char* file = mainFileName.c_str();
-    uint32_t header[3] = {0, 0, 0};
-    const bool haveHeader = readWords(in, header, 3);
-    if (!haveHeader || header[0] != kGlbMagic) SORVANE_THROW("Reading %s: Invalid header: not a glb file", file);
-    if (header[1] != 2) SORVANE_THROW("Reading %s: Invalid header: not version 2.0", file);
-    // header[2], the total length, is not needed: each chunk carries its own.
-    uint32_t chunk[2] = {0, 0};
-    if (!readWords(in, chunk, 2) || chunk[1] != kChunkJson)
-        SORVANE_THROW("Reading %s: Invalid first chunk: expect a JSON chunk", file);
-    std::string json;
-    if (!readExactly(in, chunk[0], json))
-        SORVANE_THROW("Reading %s: Error read %ld bytes in first chunk", file, static_cast<long>(chunk[0]));
-    {
-        archive::JsonImporter importer(json.data(), json.size());
-        fromJson(importer);
-    }
-    // A file that ends here keeps the old type word, so it fails as a wrong chunk.
-    readWords(in, chunk, 2);
-    if (chunk[1] != kChunkBin) SORVANE_THROW("Reading %s: Invalid second chunk: expect a BIN chunk", file);
-    __setSharedBuffer(0, in, chunk[0]);
+    const uint32_t binLength = decodeHead(*this, in);
+    __setSharedBuffer(0, in, binLength);
 }
 
 void RootNode::__setSharedBuffer(int64_t bufferIndex, std::istream& in, int64_t size) {

@@ -135,7 +135,10 @@ public:
     const std::shared_ptr<SkinNodes>& getSkins() const { return skins_; }
     const std::shared_ptr<SceneNodes>& getScenes() const { return scenes_; }
 
+    ReferenceListCache& referenceListCache() const { return referenceLists; }
+
 private:
+    mutable ReferenceListCache referenceLists;
     std::string toJsonText(bool compact) const;
 
     std::optional<int64_t> scene_;

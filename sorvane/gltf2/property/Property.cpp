@@ -38,6 +38,7 @@ void Property::checkWritable(Change change, const std::string& path) const {
     case Change::Clear: SORVANE_THROW("Clearing %s: Forbidden, read-only object", p);
     case Change::AddNull: SORVANE_THROW("Adding Null to %s: Forbidden, read-only accessor", p);
     case Change::Modify: SORVANE_THROW("Modifying %s: Forbidden, read-only object", p);
+    case Change::Clone: SORVANE_THROW("Cloning %s: Forbidden, read-only target container", p);
     }
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "sorvane/arf/node/RootNode.h"
+#include "sorvane/arf/node/components/NodeNodes.h"
 #include "sorvane/arf/node/preamble/AuthenticationFeaturesNodes.h"
 #include "sorvane/arf/node/preamble/ProprietaryAnimationNodes.h"
 #include "sorvane/arf/node/structure/AssetNodes.h"
@@ -330,4 +331,79 @@ TEST(RecordNode, InitTakesTheIdBeforeTheOtherArguments) {
               "Initialization of structure.assets[0]: id 1 is already used");
     EXPECT_EQ(messageOf([&] { assets->add(static_cast<const char*>(nullptr), 2); }),
               "Initialization of structure.assets[2]: name must be defined");
+}
+
+// Reference checks remember where their target list was found; every way of
+// replacing or removing that list must still be seen by the next check.
+TEST(RecordNode, ReferenceChecksFollowReplacedLists) {
+    auto root = newRoot();
+    auto components = root->getComponents();
+    auto makeNodes = [](const std::shared_ptr<ComponentsNode>& owner, std::vector<int64_t> ids) {
+        auto list = std::make_shared<NodeNodes>(owner);
+        for (int64_t id : ids) list->add("m", ("n" + std::to_string(id)).c_str(), id);
+        return list;
+    };
+    components->setNodes(makeNodes(components, {1, 2}));
+    auto node = components->getNodes()->get(2);
+    // The node's own path goes with its old list; only the target matters here.
+    auto invalid = [](int64_t id) { return ": Invalid id " + std::to_string(id) + " in components.nodes"; };
+    auto parentFailure = [&](int64_t id) {
+        const std::string text = messageOf([&] { node->setParent(id); });
+        return text.substr(text.rfind(':') == std::string::npos ? 0 : text.rfind(':'));
+    };
+    node->setParent(1);
+    node->setChildren({1, 2});
+
+    // Another list object in the same member.
+    components->setNodes(makeNodes(components, {5}));
+    EXPECT_EQ(parentFailure(2), invalid(2));
+    node->setParent(5);
+    const std::string children = messageOf([&] { node->setChildren({5, 1}); });
+    EXPECT_EQ(children.rfind("Setting item 1 of ", 0), 0u) << children;
+    EXPECT_NE(children.find(".children: Invalid id 1 in components.nodes"), std::string::npos) << children;
+
+    // Removed, through the typed setter and the generic view.
+    components->setNodes(nullptr);
+    EXPECT_EQ(messageOf([&] { node->setParent(1); }), "There is no nodes in components");
+    components->setNodeItem("nodes", makeNodes(components, {6}));
+    node->setParent(6);
+    components->removeNodeItem("nodes");
+    EXPECT_EQ(messageOf([&] { node->setParent(5); }), "There is no nodes in components");
+
+    // The section itself replaced, then gone.
+    auto other = std::make_shared<ComponentsNode>(root);
+    other->init();
+    other->setNodes(makeNodes(other, {7}));
+    root->setComponents(other);
+    node->setParent(7);
+    EXPECT_EQ(parentFailure(6), invalid(6));  // (a set to the current value returns before any check)
+    root->setComponents(nullptr);
+    EXPECT_EQ(messageOf([&] { node->setParent(6); }), "There is no components");
+
+    // Read again in place: the list objects are new, and so are their ids.
+    root->setComponents(other);
+    std::istringstream in(R"({"nodes": [{"mapping": "m", "name": "x", "id": 8}]})");
+    sorvane::archive::JsonImporter importer(in);
+    other->fromJson(importer);
+    node->setParent(8);
+    EXPECT_EQ(parentFailure(7), invalid(7));
+
+    // Ids changed inside the same list.
+    other->getNodes()->get(8)->setId(9);
+    node->setParent(9);
+    EXPECT_EQ(parentFailure(8), invalid(8));
+
+    // A list at the root itself.
+    auto mesh = other->getMeshes()->add("m", 1);
+    auto data = std::make_shared<DataNodes>(root);
+    data->add("t", "d3.bin", "d", 3);
+    root->setData(data);
+    mesh->addDataValue(3);
+    auto moreData = std::make_shared<DataNodes>(root);
+    moreData->add("t", "d4.bin", "d", 4);
+    root->setData(moreData);
+    mesh->addDataValue(4);
+    EXPECT_EQ(messageOf([&] { mesh->addDataValue(3); }),
+              "Adding item to components.meshes[1].data: Invalid id 3 in data");
+    EXPECT_EQ(mesh->getData(), (std::vector<int64_t>{3, 4}));
 }

@@ -33,7 +33,7 @@ std::vector<float> readFloats(const AccessorNode& accessor) {
 
 std::tuple<std::vector<float>, std::vector<float>, std::string>
 getAnimationSamplerData(const AnimationSamplerNode& sampler) {
-    const std::string path = sampler.getNodePath();
+    const std::string path = sampler.getNodePath();  // short lists: cheap beside the reads
     const AccessorNode& input = accessorAt(sampler, sampler.getInput());
     if (input.getType() != "SCALAR")
         SORVANE_THROW("Getting sample(s) in %s:\nInvalid accessor type, expect scalar", path.c_str());
