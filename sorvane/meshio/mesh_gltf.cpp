@@ -47,6 +47,11 @@ DataTree tensorOf(const gltf2::Gltf& gltf, int64_t accessor, ScalarType type) {
     return tensor;
 }
 
+// Keyed values in a tensor: its first size (a scalar counts as one).
+long elementCount(const DataTree& tensor) {
+    return tensor.getTensorDim() > 0 ? tensor.getTensorSize(0) : 1;
+}
+
 DataTree doubles(const std::vector<double>& values) {
     return DataTree::createArray(values.data(), static_cast<long>(values.size()), ScalarType::Double);
 }
@@ -220,6 +225,42 @@ void parseGltfNode(DataTree& out, std::unordered_map<long, long>& nodes, const s
     parseNode(out, nodes, path, gltf, nodeIndex, 0);
 }
 
+DataTree parseAnimationSamplers(const gltf2::AnimationSamplerList& samplers, const gltf2::Gltf& gltf) {
+    DataTree out = DataTree::createList();
+    for (int64_t i = 0; i < samplers.size(); ++i) {
+        gltf2::AnimationSampler sampler = samplers.getByIndex(i);
+        DataTree input = gltf.accessors.getByIndex(sampler.input.get()).getTensor();
+        DataTree output = gltf.accessors.getByIndex(sampler.output.get()).getTensor();
+        const std::string interpolation = sampler.interpolation.get();
+        // A cubic spline keys an in-tangent, a value and an out-tangent per time.
+        if (interpolation == "CUBICSPLINE" && elementCount(output) != 3 * elementCount(input))
+            SORVANE_THROW("There is something wrong in output value count in %s", sampler.getPropertyPath().c_str());
+        DataTree item = DataTree::createObject();
+        item.setItem("input", input);
+        item.setItem("output", output);
+        item.setItem("interpolation", DataTree::createString(interpolation));
+        out.addItem(item);
+    }
+    return out;
+}
+
+DataTree parseAnimationChannels(const gltf2::AnimationChannelList& channels,
+                                const std::unordered_map<long, long>& nodes) {
+    DataTree out = DataTree::createList();
+    for (int64_t i = 0; i < channels.size(); ++i) {
+        gltf2::AnimationChannel channel = channels.getByIndex(i);
+        gltf2::AnimationChannelTarget target = channel.target.get();
+        const auto found = nodes.find(static_cast<long>(target.node_.get()));
+        if (found == nodes.end()) SORVANE_THROW("Invalid node in %s", channel.getPropertyPath().c_str());
+        DataTree item = DataTree::createObject();
+        item.setItem("sampler", DataTree(static_cast<long>(channel.sampler.get())));
+        item.setItem("mesh", DataTree(found->second));
+        item.setItem("path", DataTree::createString(target.path.get()));
+        out.addItem(item);
+    }
+    return out;
+}
+
 DataTree loadGltf(const std::string& path) {
     gltf2::Gltf gltf = gltf2::Gltf::load(path, true);
     if (gltf.scenes.size() == 0) SORVANE_THROW("No scene in %s", path.c_str());
@@ -231,6 +272,20 @@ DataTree loadGltf(const std::string& path) {
     DataTree out = DataTree::createObject();
     std::unordered_map<long, long> nodes;
     parseNode(out, nodes, path, gltf, scene.nodes.get(0), 0);
+    if (gltf.animations.isPropertyPresent() && gltf.animations.size() > 0) {
+        DataTree animations = DataTree::createList();
+        for (int64_t i = 0; i < gltf.animations.size(); ++i) {
+            gltf2::Animation animation = gltf.animations.getByIndex(i);
+            DataTree item = DataTree::createObject();
+            item.setItem("name", DataTree::createString(animation.name.isPropertyPresent()
+                                                            ? animation.name.get()
+                                                            : "animation_" + std::to_string(i)));
+            item.setItem("samplers", parseAnimationSamplers(animation.samplers.get(), gltf));
+            item.setItem("channels", parseAnimationChannels(animation.channels.get(), nodes));
+            animations.addItem(item);
+        }
+        out.setItem("animations", animations);
+    }
     return out;
 }
 

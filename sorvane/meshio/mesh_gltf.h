@@ -13,7 +13,9 @@
 
 namespace sorvane::gltf2 {
 class Gltf;
-}
+class AnimationSamplerList;
+class AnimationChannelList;
+} // namespace sorvane::gltf2
 
 namespace sorvane {
 
@@ -29,6 +31,12 @@ SORVANE_API void parseGltfMesh(DataTree& out, const std::string& path, const glt
 // node visited to its place in the order of visits.
 SORVANE_API void parseGltfNode(DataTree& out, std::unordered_map<long, long>& nodes, const std::string& path,
                                const gltf2::Gltf& gltf, int nodeIndex);
+// One object per sampler: "input" and "output" tensors, "interpolation".
+SORVANE_API DataTree parseAnimationSamplers(const gltf2::AnimationSamplerList& samplers, const gltf2::Gltf& gltf);
+// One object per channel: "sampler", "mesh" (the target node's place in
+// `nodes`) and "path".
+SORVANE_API DataTree parseAnimationChannels(const gltf2::AnimationChannelList& channels,
+                                            const std::unordered_map<long, long>& nodes);
 
 } // namespace sorvane
 

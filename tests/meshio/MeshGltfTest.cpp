@@ -154,7 +154,30 @@ TEST(MeshGltf, NodesTargetsAndWarnings) {
         scene.nodes.add(root.getPropertyIndex());
         scene.nodes.add(child.getPropertyIndex());
         gltf.scene.set(0);
+        // Times 0 and 1; a cubic spline needs three outputs per time, so the
+        // second animation's two are refused below.
+        const float times[] = {0, 1};
+        const int64_t input = gltf.accessors.get()
+                                  .addDense(times, 2, gltf2::ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR",
+                                            std::nullopt, true)
+                                  .getPropertyIndex();
+        const int64_t output = gltf.accessors.get()
+                                   .addDense(positions, 2, gltf2::ACCESSOR_COMPONENT_TYPE_FLOAT, "VEC3",
+                                             std::nullopt, true)
+                                   .getPropertyIndex();
+        gltf2::Animation animation = gltf.animations.get().add(nullptr);
+        animation.samplers.add(input, output, "STEP");
+        animation.channels.get().addTarget(0, static_cast<long>(child.getPropertyIndex()), "translation");
         gltf.save();
+        gltf2::Animation spline = gltf.animations.get().add("spline");
+        spline.samplers.add(input, output, "CUBICSPLINE");
+        gltf.save(gltf.getFileProvider(), "spline.gltf");
+        gltf2::Animation stray = gltf.animations.get().add("stray");
+        stray.samplers.add(input, output, "LINEAR");
+        gltf2::Node lone = gltf.nodes.get().add("lone");
+        stray.channels.get().addTarget(0, static_cast<long>(lone.getPropertyIndex()), "scale");
+        gltf.animations.get().removeByIndex(1);
+        gltf.save(gltf.getFileProvider(), "stray.gltf");
     }
     std::string loaded;
     testing::internal::CaptureStderr();
@@ -171,6 +194,24 @@ TEST(MeshGltf, NodesTargetsAndWarnings) {
     EXPECT_EQ(child.getItem("shapesName").getItem(1).getString(), "Shape_down");
     EXPECT_EQ(child.getItem("blendshapesBase").getTensorSize(0), 1);
     EXPECT_FALSE(child.hasItem("colorsBase"));
+
+    const DataTree& animation = mesh.getItem("animations").getItem(0);
+    EXPECT_EQ(animation.getItem("name").getString(), "animation_0");
+    const DataTree& sampler = animation.getItem("samplers").getItem(0);
+    EXPECT_EQ(sampler.getItem("interpolation").getString(), "STEP");
+    EXPECT_EQ(valuesOf<float>(sampler.getItem("input")), (std::vector<float>{0, 1}));
+    const DataTree& channel = animation.getItem("channels").getItem(0);
+    // "mesh" is the node's place in the order of visits: root 0, child 1.
+    EXPECT_EQ(channel.getItem("mesh").getInteger(), 1);
+    EXPECT_EQ(channel.getItem("sampler").getInteger(), 0);
+    EXPECT_EQ(channel.getItem("path").getString(), "translation");
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(failure([&] { loadGltf(scratch.path("spline.gltf")); }),
+              "There is something wrong in output value count in animations[1].samplers[0]");
+    // A channel on a node outside the scene's tree has no place to name.
+    EXPECT_EQ(failure([&] { loadGltf(scratch.path("stray.gltf")); }).rfind("Invalid node in ", 0), 0u);
+    testing::internal::GetCapturedStderr();
 }
 
 TEST(MeshGltf, MalformedDocumentsAreRefused) {
