@@ -166,7 +166,7 @@ class AccessorEmitter:
             o.append(f"    static void set({N}& n, const {t}& v) {{ n.set{C}(v); }}")
         if f.optional:
             o.append(f"    static bool has(const {N}& n) {{ return n.has{C}(); }}")
-            o.append(f"    static void remove({N}& n) {{ n.remove{C}(); }}")
+            o.append(f"    static void remove({N}& n) {{ n.{f.remover}(); }}")
         o.append("};")
         return o
 

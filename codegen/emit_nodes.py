@@ -112,9 +112,9 @@ class NodeEmitter:
                 lines.append(f"{k['ret']} get{C}() const;")
                 lines.append(f"void set{C}({k['param']} value);")
                 if f.key == "name" and record.id_field:
-                    lines.append(f"void remove{C}() {{ {m}.reset(); itemNameChanged(); }}")
+                    lines.append(f"void {f.remover}() {{ {m}.reset(); itemNameChanged(); }}")
                 else:
-                    lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+                    lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
             else:
                 lines.append(f"{k['ret']} get{C}() const {{ return {m}; }}")
                 lines.append(f"void set{C}({k['param']} value);")
@@ -124,7 +124,7 @@ class NodeEmitter:
             R = "const std::string&" if T == "std::string" else T
             if f.optional:
                 lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
-                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+                lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
             lines.append(f"const std::vector<{T}>& get{C}() const;")
             lines.append(f"void set{C}(const std::vector<{T}>& values);")
             lines.append(f"bool has{C}Value(int64_t index) const;")
@@ -136,7 +136,7 @@ class NodeEmitter:
         elif f.type == "indexMap":
             M = "archive::JsonImporter::IntegerMap"
             lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
-            lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
             lines.append(f"const {M}& get{C}() const;")
             lines.append(f"void set{C}(const {M}& values);")
             lines.append(f"std::vector<std::string> get{C}Keys() const;")
@@ -149,7 +149,7 @@ class NodeEmitter:
         elif f.type == "indexMaps":
             M = "archive::JsonImporter::IntegerMap"
             lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
-            lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+            lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
             lines.append(f"const std::vector<{M}>& get{C}() const;")
             lines.append(f"void set{C}(const std::vector<{M}>& values);")
             lines.append(f"int64_t get{C}Size() const {{ return {m} ? static_cast<int64_t>({m}->size()) : 0; }}")
@@ -166,7 +166,7 @@ class NodeEmitter:
             t = f.base_type(r)
             if f.optional:
                 lines.append(f"bool has{C}() const {{ return static_cast<bool>({m}); }}")
-                lines.append(f"void remove{C}() {{ {m}.reset(); }}")
+                lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
             lines.append(f"const {t}& get{C}() const {{ return {m}; }}")
             lines.append(f"void set{C}(const {t}& node);")
         return lines

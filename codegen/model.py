@@ -92,6 +92,14 @@ class Field:
     def cap(self):
         return cap(self.key)
 
+    # The node's remover of an optional value. "removeNode" is the node
+    # framework's own (take this node out of its parent): a key "node" must
+    # not override it.
+    @property
+    def remover(self):
+        name = "remove" + cap(self.key)
+        return name + "Property" if name in ("removeNode",) else name
+
     @property
     def optional(self):
         return self.presence == "optional"

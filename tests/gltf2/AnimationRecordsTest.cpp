@@ -81,6 +81,15 @@ TEST(AnimationRecords, ParsedIndicesAreStoredAsReadAndStepRoundTrips) {
     Gltf gltf = fromText("{\"asset\":{\"version\":\"2.0\"}," + animations + "}");
     EXPECT_EQ(gltf.animations[0].channels.getByIndex(0).target->node_.get(), 3);
     EXPECT_EQ(gltf.animations[0].samplers.getByIndex(0).interpolation.get(), "STEP");
+    // Removing the target's "node" clears that value only; the target stays in its channel.
+    {
+        Gltf copy = fromText("{\"asset\":{\"version\":\"2.0\"}," + animations + "}");
+        auto channel = copy.animations[0].channels.getByIndex(0);
+        channel.target->node_.removeProperty();
+        EXPECT_FALSE(channel.target->node_.isPropertyPresent());
+        EXPECT_EQ(channel.target->path.get(), "translation");
+        EXPECT_NE(copy.toJsonString(archive::JsonExporter::Options{false, true, false}).find("\"target\":{\"path\":\"translation\"}"), std::string::npos);
+    }
     EXPECT_NE(gltf.toJsonString(archive::JsonExporter::Options{false, true, false}).find(animations),
               std::string::npos);
     // Following the dangling indices fails, it does not read past a list.
