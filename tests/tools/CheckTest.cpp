@@ -14,6 +14,7 @@
 #include "sorvane/gltf2/Gltf.h"
 #include "sorvane/imageio/imageio.h"
 #include "sorvane/tools/validate.h"
+#include "RunTalvex.h"
 
 namespace {
 
@@ -24,19 +25,7 @@ const char* kBroken = R"(memory:{"components": {
   "skeletons": [{"root": 1, "joints": [{"node": 1}], "name": "s", "id": 1}]},
   "data": [{"type": "application/mpeg.arf.dense", "uri": "missing.bin", "name": "gone", "id": 1}]})";
 
-int exitCode(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
-
-std::string run(const std::string& arguments, int& code) {
-    const std::string program = std::string(TALVEX_BINARY_DIR) + "/apps/talvex";
-    std::string out;
-    FILE* pipe = popen((program + " " + arguments + " 2>&1").c_str(), "r");
-    if (!pipe) return out;
-    char buffer[512];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-    code = exitCode(pclose(pipe));
-    return out;
-}
+std::string run(const std::string& arguments, int& code) { return runTalvex(arguments, code); }
 
 bool programBuilt() { return std::filesystem::exists(std::string(TALVEX_BINARY_DIR) + "/apps/talvex"); }
 

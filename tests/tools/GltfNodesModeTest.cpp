@@ -7,20 +7,11 @@
 #include <string>
 #include <sys/wait.h>
 
+#include "RunTalvex.h"
+
 namespace {
 
-std::string run(const std::string& arguments, int& code) {
-    const std::string program = std::string(TALVEX_BINARY_DIR) + "/apps/talvex";
-    std::string out;
-    FILE* pipe = popen((program + " " + arguments + " 2>&1").c_str(), "r");
-    if (!pipe) return out;
-    char buffer[512];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-    const int status = pclose(pipe);
-    code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return out;
-}
+std::string run(const std::string& arguments, int& code) { return runTalvex(arguments, code); }
 
 std::string writeFile(const std::string& name, const std::string& text) {
     const std::string path = std::string(TALVEX_BINARY_DIR) + "/gltf-nodes-test-" + name;

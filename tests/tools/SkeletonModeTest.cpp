@@ -9,20 +9,9 @@
 #include <string>
 #include <sys/wait.h>
 
-namespace {
+#include "RunTalvex.h"
 
-std::string runTalvex(const std::string& arguments, int& code) {
-    const std::string program = std::string(TALVEX_BINARY_DIR) + "/apps/talvex";
-    std::string out;
-    FILE* pipe = popen((program + " " + arguments + " 2>&1").c_str(), "r");
-    if (!pipe) return out;
-    char buffer[512];
-    size_t n;
-    while ((n = fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-    const int status = pclose(pipe);
-    code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return out;
-}
+namespace {
 
 const char* kRig = R"({"components": {"meshes": [], "nodes": [
   {"mapping": "Hips", "children": [2, 7], "translation": [0, 1, 0], "name": "hips", "id": 1},
