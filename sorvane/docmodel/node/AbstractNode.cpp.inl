@@ -4,7 +4,7 @@
 
 AbstractNode::AbstractNode() = default;
 
-AbstractNode::AbstractNode(const NodeParent& parent_) { AbstractNode::setNodeParent(parent_.node); }
+AbstractNode::AbstractNode(const NodeParent& parent_) { adoptParent(parent_.node); }
 
 AbstractNode::~AbstractNode() = default;
 
@@ -14,18 +14,23 @@ AbstractNode::WeakRef AbstractNode::getNodeParent() const { return parent; }
 
 void AbstractNode::setNodeParent(const WeakRef& parent_) { setNodeParent(parent_.lock()); }
 
-void AbstractNode::setNodeParent(const Ref& parent_) {
-    parent = parent_;
+void AbstractNode::setNodeParent(const Ref& parent_) { adoptParent(parent_.get()); }
+
+void AbstractNode::adoptParent(AbstractNode* parent_) {
     if (!parent_) {
+        parent.reset();
         root.reset();
         return;
     }
-    // Direct children of the root take the root from the parent itself,
-    // everything deeper from the chain. The parent's link is read in place
-    // (no class overrides getNodeRoot): a returned copy costs two more
-    // atomic counts per node of a load.
+    // The parent is held by a shared reference meanwhile, so its own weak
+    // link is set: a node made under it takes its links without a counted
+    // copy of the caller's reference. Direct children of the root take the
+    // root from the parent itself, everything deeper from the chain; the
+    // parent's link is read in place (no class overrides getNodeRoot).
+    parent = parent_->weak_from_this();
     if (!parent_->root.expired()) root = parent_->root;
-    else root = std::dynamic_pointer_cast<RootNode>(parent_);
+    else if (auto* top = dynamic_cast<RootNode*>(parent_)) root = std::shared_ptr<RootNode>(parent_->shared_from_this(), top);
+    else root.reset();
 }
 
 bool AbstractNode::isNodePresent() const {

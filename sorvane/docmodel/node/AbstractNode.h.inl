@@ -6,15 +6,18 @@ class AbstractNode;
 class RootNode;
 
 // The parent handed to a node's constructor: a shared or a weak reference to
-// any node class.
+// any node class. A shared one is only looked at, not copied: the caller
+// holds it for the whole construction, and a load makes thousands of nodes
+// under one parent.
 struct NodeParent {
-    std::shared_ptr<AbstractNode> node;
-    NodeParent(const std::shared_ptr<AbstractNode>& parent) : node(parent) {}
-    NodeParent(const std::weak_ptr<AbstractNode>& parent) : node(parent.lock()) {}
+    AbstractNode* node = nullptr;
+    std::shared_ptr<AbstractNode> locked;  // keeps a weak parent alive meanwhile
+    NodeParent(const std::shared_ptr<AbstractNode>& parent) : node(parent.get()) {}
+    NodeParent(const std::weak_ptr<AbstractNode>& parent) : locked(parent.lock()) { node = locked.get(); }
     template <class T>
-    NodeParent(const std::shared_ptr<T>& parent) : node(parent) {}
+    NodeParent(const std::shared_ptr<T>& parent) : node(parent.get()) {}
     template <class T>
-    NodeParent(const std::weak_ptr<T>& parent) : node(parent.lock()) {}
+    NodeParent(const std::weak_ptr<T>& parent) : locked(parent.lock()) { node = locked.get(); }
 };
 
 // One node of a document tree: a JSON object or array of the document.
@@ -91,6 +94,11 @@ protected:
     [[noreturn]] void failNotString() const;
     [[noreturn]] void failNotInteger() const;
 
+private:
+    // The links of a node made under `parent` (null: none).
+    void adoptParent(AbstractNode* parent);
+
+protected:
     std::weak_ptr<RootNode> root;
     WeakRef parent;
 };

@@ -64,7 +64,7 @@ public:
         auto self = this->shared_from_this();
         while (importer.nextArrayItem()) {
             auto item = std::make_shared<Record>(self);
-            item->fromJson(importer);
+            item->readRecord(importer);
             this->items.push_back(std::move(item));
         }
         this->itemsChanged();

@@ -28,12 +28,74 @@ RecordNode::~RecordNode() = default;
 
 const RecordField* RecordNode::findField(const std::string& key) const { return findField(key.data(), key.size()); }
 
-const RecordField* RecordNode::findField(const char* key, size_t length) const {
-    const RecordFields fields = getRecordFields();
+namespace {
+
+// Keys are short; comparing them in words is cheaper than a call to memcmp.
+// Both sides hold `length` bytes, so the overlapping loads stay inside them.
+inline bool sameKey(const RecordField& field, const char* key, size_t length) {
+    if (length != field.keyLength) return false;
+    const char* other = field.key;
+    if (length >= 8) {
+        uint64_t a, b;
+        for (size_t i = 0; i + 8 < length; i += 8) {
+            std::memcpy(&a, key + i, 8);
+            std::memcpy(&b, other + i, 8);
+            if (a != b) return false;
+        }
+        std::memcpy(&a, key + length - 8, 8);
+        std::memcpy(&b, other + length - 8, 8);
+        return a == b;
+    }
+    if (length >= 4) {
+        uint32_t a, b, c, d;
+        std::memcpy(&a, key, 4);
+        std::memcpy(&b, other, 4);
+        std::memcpy(&c, key + length - 4, 4);
+        std::memcpy(&d, other + length - 4, 4);
+        return a == b && c == d;
+    }
+    for (size_t i = 0; i < length; ++i)
+        if (key[i] != other[i]) return false;
+    return true;
+}
+
+const RecordField* findIn(const RecordFields& fields, const char* key, size_t length) {
     for (const RecordField* f = fields.begin; f != fields.end; ++f)
-        if (length == f->keyLength && (length == 0 || (key[0] == f->key[0] && std::memcmp(key, f->key, length) == 0)))
-            return f;
+        if (sameKey(*f, key, length)) return f;
     return nullptr;
+}
+
+void readKeys(RecordNode& self, archive::JsonImporter& importer) {
+    self.incompleteInit();
+    if (!importer.nextBeginObject()) SORVANE_THROW("Expect an object at line %d", importer.getLine());
+    // Keys are matched where they lie in the text; a value read leaves the
+    // key of this record in place. Documents mostly give the keys in writing
+    // order, so the field after the last one found is tried first.
+    const RecordFields fields = self.getRecordFields();
+    const RecordField* next = fields.begin;
+    const char* key = nullptr;
+    size_t length = 0;
+    while (importer.nextObjectKey(key, length)) {
+        const RecordField* f = next != fields.end && sameKey(*next, key, length) ? next : findIn(fields, key, length);
+        if (f) {
+            next = f + 1;
+            if (!f->read(self, importer))
+                SORVANE_THROW("Error parsing %s at line %d", std::string(key, length).c_str(), importer.getLine());
+            continue;
+        }
+        const std::string name(key, length);
+        std::cerr << "Ignore invalid or unsupported property \"" << name << "\" at line " << importer.getLine()
+                  << "\n";
+        if (!importer.skipContent(0, 0))
+            SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", name.c_str(), importer.getLine());
+    }
+    if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
+}
+
+} // namespace
+
+const RecordField* RecordNode::findField(const char* key, size_t length) const {
+    return findIn(getRecordFields(), key, length);
 }
 
 const RecordField* RecordNode::findChildField(const std::string& key) const {
@@ -122,26 +184,19 @@ std::string RecordNode::findNodeItemKey(const AbstractNode* item) const {
 }
 
 void RecordNode::fromJson(archive::JsonImporter& importer) {
-    incompleteInit();
-    if (!importer.nextBeginObject()) SORVANE_THROW("Expect an object at line %d", importer.getLine());
-    // Keys are matched where they lie in the text; a value read leaves the
-    // key of this record in place.
-    const char* key = nullptr;
-    size_t length = 0;
-    while (importer.nextObjectKey(key, length)) {
-        if (const RecordField* f = findField(key, length)) {
-            if (!f->read(*this, importer))
-                SORVANE_THROW("Error parsing %s at line %d", std::string(key, length).c_str(), importer.getLine());
-            continue;
-        }
-        const std::string name(key, length);
-        std::cerr << "Ignore invalid or unsupported property \"" << name << "\" at line " << importer.getLine()
-                  << "\n";
-        if (!importer.skipContent(0, 0))
-            SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", name.c_str(), importer.getLine());
-    }
-    if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
+    readRecord(importer);
     itemNameChanged();  // a record read again in place may have a new id and name
+}
+
+void RecordNode::readRecord(archive::JsonImporter& importer) {
+    try {
+        readKeys(*this, importer);
+    } catch (...) {
+        // The list will not get to tell its index after its last record;
+        // the records it already holds may have replaced others.
+        itemNameChanged();
+        throw;
+    }
 }
 
 void RecordNode::toJson(archive::JsonExporter& exporter) const {

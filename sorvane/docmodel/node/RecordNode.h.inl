@@ -90,7 +90,14 @@ public:
     AbstractNode::Ref getReferenceList(const ReferenceTarget& target) const;
 
 protected:
+    template <class>
+    friend class ItemList;
+
     using AbstractNode::AbstractNode;
+
+    // fromJson without telling the parent list: a list reading all its
+    // records tells its index once, after the last.
+    void readRecord(archive::JsonImporter& importer);
 
     const RecordField* findField(const std::string& key) const;
     const RecordField* findField(const char* key, size_t length) const;

@@ -241,6 +241,44 @@ TEST(RecordNode, IdsFreeIdsAndPaths) {
     EXPECT_EQ(messageOf([&] { misplaced->setId(4); }), "Setting identity.<invalid>.id: Invalid parent");
 }
 
+TEST(RecordNode, ListReadsKeepKeysAndLookupsRight) {
+    // Keys in any order, a key given twice (the later value stays) and an unknown key between known ones.
+    std::shared_ptr<RootNode> root;
+    const std::string err = stderrOf([&] {
+        root = readRoot(R"({"structure": {"assets": [
+            {"name": "a", "id": 2, "lods": []},
+            {"id": 5, "name": "b"},
+            {"name": "c", "id": 7, "name": "c2", "shoe": 1, "id": 8}]}})");
+    });
+    EXPECT_EQ(err, "Ignore invalid or unsupported property \"shoe\" at line 4\n");
+    auto assets = root->getStructure()->getAssets();
+    EXPECT_EQ(assets->get(5)->getName(), "b");
+    EXPECT_EQ(assets->get(8)->getName(), "c2");
+    EXPECT_EQ(messageOf([&] { assets->get(7); }), "Getting item from structure.assets: Invalid id 7");
+    EXPECT_EQ(assets->findNodeItemIdByName("c2"), 8);
+    EXPECT_EQ(assets->getNodeItemFreeId(), 9);
+    EXPECT_EQ(assets->get(8)->getNodePath(), "structure.assets[8]");
+    EXPECT_EQ(assets->get(8)->getNodeRoot().lock(), root);
+
+    // One record read again on its own moves its id and name in the list's lookups.
+    std::istringstream one(R"({"name": "z", "id": 20})");
+    sorvane::archive::JsonImporter oneImporter(one);
+    assets->get(5)->fromJson(oneImporter);
+    EXPECT_EQ(assets->get(20)->getName(), "z");
+    EXPECT_EQ(assets->findNodeItemIdByName("z"), 20);
+    EXPECT_EQ(assets->findNodeItemIdByName("b"), -1);
+    EXPECT_EQ(assets->getNodeItemFreeId(), 21);
+    EXPECT_EQ(messageOf([&] { assets->get(5); }), "Getting item from structure.assets: Invalid id 5");
+
+    // The whole list read again in place replaces every entry.
+    std::istringstream all(R"([{"name": "q", "id": 3}])");
+    sorvane::archive::JsonImporter allImporter(all);
+    assets->fromJson(allImporter);
+    EXPECT_EQ(assets->get(3)->getName(), "q");
+    EXPECT_EQ(assets->findNodeItemIdByName("z"), -1);
+    EXPECT_EQ(assets->getNodeItemFreeId(), 4);
+}
+
 TEST(RecordNode, DuplicateIdsFromAFile) {
     auto root = readRoot(R"({"structure": {"assets": [{"name": "a", "id": 2}, {"name": "b", "id": 2}]}})");
     auto assets = root->getStructure()->getAssets();
