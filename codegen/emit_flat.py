@@ -102,7 +102,7 @@ class FlatEmitter:
             fns.append(Function(f"{H}_getPropertyId", ["int64_t* out", h],
                                 f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.getPropertyId(); }});",
                                 doc="The record's id."))
-        for op, what in (("getPropertyName", "The list's key" if thing == "list" else "The record's key, or for a list item its list's key"),
+        for op, what in (("getPropertyName", f'The {thing}\'s key in its parent object ("<parentnotobject>" inside a list)'),
                          ("getPropertyPath", f"The {thing}'s path in the document"),
                          ("getPropertyTypeName", f'The class name, "{cls}"')):
             fns.append(Function(f"{H}_{op}", ["char* out", "int64_t* outSize", h],
@@ -300,7 +300,6 @@ class FlatEmitter:
         null = cstr(lower_first(L) + " is NULL")
         h = f"{handle(L, record.module)}* self"
         p = f"{handle(L, record.module)}_"
-        by = "id" if record.id_field else "index"
         has_by = "a.has(id)" if record.id_field else "a.hasByIndex(id)"
         get_by = "a.getPtr(id)" if record.id_field else "a.getPtrByIndex(id)"
         params, args = self.init_params(record)
@@ -311,10 +310,10 @@ class FlatEmitter:
                      doc="The number of records."),
             Function(f"{p}has", ["bool* out", h, "int64_t id"],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return {has_by}; }});",
-                     doc=f"Whether a record has this {by}" + ("." if record.id_field else " (no ids in this list).")),
+                     doc=f"Whether a record has this id." if record.id_field else "Whether there is a record at this index (the list has no ids)."),
             Function(f"{p}get", [f"{T}** out", h, "int64_t id"],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return {get_by}; }});",
-                     doc=f"The record with this {by}, as a new handle" + ("." if record.id_field else " (no ids in this list).")),
+                     doc=f"The record with this id, as a new handle." if record.id_field else "The record at this index, as a new handle (the list has no ids)."),
             Function(f"{p}hasByIndex", ["bool* out", h, "int64_t index"],
                      f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.hasByIndex(index); }});",
                      doc="Whether there is a record at this position."),

@@ -79,7 +79,7 @@ SORVANE_API int32_t sorvane_arf_GenericProperty_delete(sorvane_arf_GenericProper
 SORVANE_API int32_t sorvane_arf_GenericProperty_removeProperty(sorvane_arf_GenericProperty* self);
 /* The value's position in its parent. */
 SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyIndex(int64_t* out, sorvane_arf_GenericProperty* self);
-/* The value's key; text size protocol. */
+/* The value's key in its parent object ("<parentnotobject>" inside a list); text size protocol. */
 SORVANE_API int32_t sorvane_arf_GenericProperty_getPropertyName(char* out, int64_t* outSize,
                                                                 sorvane_arf_GenericProperty* self);
 /* The value's path in the document; text size protocol. */

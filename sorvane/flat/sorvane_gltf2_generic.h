@@ -32,7 +32,7 @@ SORVANE_API int32_t sorvane_gltf2_GenericProperty_delete(sorvane_gltf2_GenericPr
 SORVANE_API int32_t sorvane_gltf2_GenericProperty_removeProperty(sorvane_gltf2_GenericProperty* self);
 /* The value's position in its parent. */
 SORVANE_API int32_t sorvane_gltf2_GenericProperty_getPropertyIndex(int64_t* out, sorvane_gltf2_GenericProperty* self);
-/* The value's key; text size protocol. */
+/* The value's key in its parent object ("<parentnotobject>" inside a list); text size protocol. */
 SORVANE_API int32_t sorvane_gltf2_GenericProperty_getPropertyName(char* out, int64_t* outSize,
                                                                   sorvane_gltf2_GenericProperty* self);
 /* The value's path in the document; text size protocol. */
