@@ -91,7 +91,9 @@ class AccessorEmitter:
         if f.type == "indexMaps":
             return f"IndexMapListMember<{N}, {d}>"
         if f.type == "generic":
-            return f"GenericMember<{N}, {d}>"
+            # glTF extras have no deep copy: their copy() refuses.
+            kind = "ExtrasMember" if record.module == "gltf2" else "GenericMember"
+            return f"{kind}<{N}, {d}>"
         # Qualified: the member's own name may be the child accessor's name.
         target = f.of_record
         ns = "::" + target.namespace

@@ -48,11 +48,11 @@ class FlatExtensionEmitter:
         return [
             Function(f"{p}remove", [h, f"int64_t {by}"],
                      f"return flat::call({null}, self, [&](auto& a) {{ {by_id}; }});",
-                     doc="removes the record " + ("with this id" if record.id_field else "at this index")
-                     + "; references to it are left dangling"),
+                     doc="Removes the record " + ("with this id" if record.id_field else "at this index")
+                     + "; references to it are left dangling."),
             Function(f"{p}removeByIndex", [h, "int64_t index"],
                      f"return flat::call({null}, self, [&](auto& a) {{ a.removeByIndex(index); }});",
-                     doc="removes the record at this position"),
+                     doc="Removes the record at this position; references to it are left dangling."),
         ]
 
     def member_functions(self, record, f):
@@ -66,7 +66,7 @@ class FlatExtensionEmitter:
         if f.type == "refs":
             fns.append(Function(f"{p}add{C}ItemValue", [h, "int64_t id"],
                                 f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.add(id); }});",
-                                doc="appends a reference by id, checked like the setters"))
+                                doc=f'Appends an id to "{f.key}", checked like the setters.'))
         if f.type == "list":
             # The list accessor of an absent optional list has no node to add
             # to; through its owner the list is made on the first record.
@@ -75,12 +75,12 @@ class FlatExtensionEmitter:
                 params, args = FlatEmitter.init_params(None, target)
                 fns.append(Function(f"{p}add{C}", [f"{handle(target)}** out", h] + params,
                                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.addPtr({', '.join(args)}); }});",
-                                    doc="adds a record to the child list, made when absent; arguments after self: "
-                                    + ", ".join(params)))
+                                    doc=f'Adds a {target.name} to the child list "{f.key}", made when absent, and gives it '
+                                    "as a new handle; arguments after self: " + (", ".join(params) or "none") + "."))
         if f.is_list:
             fns.append(Function(f"{p}remove{C}Item", [h, "int64_t index"],
                                 f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(index); }});",
-                                doc="removes the entry at this position"))
+                                doc=f'Removes the entry of "{f.key}" at this position.'))
         return fns
 
     def functions(self, record):
@@ -121,7 +121,7 @@ class FlatExtensionEmitter:
                 continue
             o.append(f"/* {r.name} (extensions) */")
             for fn in fns:
-                o.append(f"/* {fn.name}: {fn.doc} */")
+                o.append(f"/* {fn.doc} */")
                 o.append(fn.declaration())
             o.append("")
         o += ["#ifdef __cplusplus", "}", "#endif", "", "#endif"]

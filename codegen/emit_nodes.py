@@ -314,7 +314,10 @@ class NodeEmitter:
             else:
                 if f.type == "ref":
                     o.append(f"    if ({p}) checkInitReference({target_const(f)}, *{p});")
-                o.append(f"    if ({p}) {self.assign_init(f)}")
+                if f.init_by_setter:
+                    o.append(f"    if ({p}) set{f.cap}(*{p});")
+                else:
+                    o.append(f"    if ({p}) {self.assign_init(f)}")
         if record.init_hook:
             o.append(f"    {record.init_hook}();")
         o.append("}")

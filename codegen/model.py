@@ -66,6 +66,9 @@ class Field:
         self.follow = desc.get("follow")
         # A value that a read of the absent member answers; never written.
         self.read_default = desc.get("readDefault")
+        # An init argument that goes through the member's setter (and so its
+        # check) instead of being stored as given.
+        self.init_by_setter = bool(desc.get("initBySetter", False))
         where = f"{record.name}.{self.key}"
         if (self.type not in VALUE_KINDS and self.type not in LIST_KINDS and self.type not in NODE_KINDS
                 and self.type not in MAP_KINDS):

@@ -17,9 +17,11 @@
 extern "C" {
 #endif
 
-/* Error slot. (The slot itself is the exported C++ object sorvane_errorMessage.) */
+/* The text of the last failure; text size protocol. */
 SORVANE_API int32_t sorvane_getErrorMessage(char* out, int64_t* outSize);
+/* Sets the error slot to str. */
 SORVANE_API void sorvane_setErrorMessage(const char* str);
+/* Empties the error slot. */
 SORVANE_API void sorvane_clearErrorMessage(void);
 
 #ifdef __cplusplus

@@ -43,7 +43,12 @@ int32_t cloneInto(int64_t* out, const char* nullText, T* self, Gltf* target) {
 extern "C" {
 
 int32_t sorvane_gltf2_Gltf_save(sorvane_gltf2_Gltf* self) {
-    return flat::call(kGltf, self, [](Gltf& gltf) { gltf.save(); });
+    return flat::call(kGltf, self, [](Gltf& gltf) {
+        // As sorvane_arf_Arf_save: a read-only document never writes back.
+        if (gltf.isReadOnly())
+            SORVANE_THROW("Saving %s: Forbidden, read-only document", gltf.getMainFileName().c_str());
+        gltf.save();
+    });
 }
 
 int32_t sorvane_gltf2_Gltf_saveAs(sorvane_gltf2_Gltf* self, const char* path) {

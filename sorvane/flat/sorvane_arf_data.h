@@ -42,31 +42,37 @@ SORVANE_API int32_t sorvane_arf_Data_getColSparseTensorPtr(DataTree** values, Da
                                                            sorvane_arf_Data* self, int64_t minCols, int64_t maxCols,
                                                            bool normalize);
 
+/* Adds a dense payload of size bytes of buffer; arguments after self: buffer, size, dtype, dims, dimCount, embedded, uri, name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addDense(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                   const void* buffer, int64_t size, int32_t dtype,
                                                   const int64_t* dims, int64_t dimCount, bool embedded,
                                                   const char* uri, const char* name, bool autoId, int64_t id);
+/* Adds a dense payload from a DataTree tensor; arguments after self: tensor, embedded, uri, name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addDenseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                         DataTree* tensor, bool embedded, const char* uri,
                                                         const char* name, bool autoId, int64_t id);
+/* Adds a sparse payload from its indices and values; arguments after self: indices, indicesSize, itype, values, valuesSize, dtype, dims, dimCount, count, embedded, uri, name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addSparse(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                    const void* indices, int64_t indicesSize, int32_t itype,
                                                    const void* values, int64_t valuesSize, int32_t dtype,
                                                    const int64_t* dims, int64_t dimCount, int64_t count,
                                                    bool embedded, const char* uri, const char* name, bool autoId,
                                                    int64_t id);
+/* Adds a sparse payload of the non-zero values of a dense buffer; arguments after self: buffer, valueCount, dtype, dims, dimCount, itype, embedded, uri, name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addSparseFromDense(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                             const void* buffer, int64_t valueCount, int32_t dtype,
                                                             const int64_t* dims, int64_t dimCount, int32_t itype,
                                                             bool embedded, const char* uri, const char* name,
                                                             bool autoId, int64_t id);
+/* Adds a sparse payload of the non-zero values of a DataTree tensor; arguments after self: tensor, itype, embedded, uri, name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addSparseTensor(sorvane_arf_Data** out, sorvane_arf_DataList* self,
                                                          DataTree* tensor, int32_t itype, bool embedded,
                                                          const char* uri, const char* name, bool autoId, int64_t id);
 /* Opens a binary glTF item ("model/gltf-binary") as a new document; readOnly
  * is handed to the load. */
 SORVANE_API int32_t sorvane_arf_Data_getGltf(sorvane_gltf2_Gltf** out, sorvane_arf_Data* self, bool readOnly);
-/* A binary glTF item: a copy of the file at localFile stored under uri. */
+/* A binary glTF item: a copy of the file at localFile stored under uri; arguments after self: uri, localFile,
+ * name, autoId, id. */
 SORVANE_API int32_t sorvane_arf_DataList_addGlb(sorvane_arf_Data** out, sorvane_arf_DataList* self, const char* uri,
                                                 const char* localFile, const char* name, bool autoId, int64_t id);
 

@@ -14,7 +14,8 @@
 extern "C" {
 #endif
 
-/* Writes the document where it was created or loaded from. */
+/* Writes the document where it was created or loaded from; a document loaded
+ * read-only is refused ("Saving %s: Forbidden, read-only document"). */
 SORVANE_API int32_t sorvane_arf_Arf_save(sorvane_arf_Arf* self);
 /* Writes a copy of the document at path, in the storage mode the extension
  * names (.arf/.json main file with payload files, .arfz/.zip archive), with

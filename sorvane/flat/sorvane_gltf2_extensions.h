@@ -24,20 +24,24 @@
 extern "C" {
 #endif
 
-/* Writes the document where it was created or loaded from. */
+/* Writes the document where it was created or loaded from; a document loaded
+ * read-only is refused ("Saving %s: Forbidden, read-only document"). */
 SORVANE_API int32_t sorvane_gltf2_Gltf_save(sorvane_gltf2_Gltf* self);
 /* Writes a copy at path in the form its extension names (.gltf with one .bin
  * beside it, .glb), every buffer packed into one and the views rebased; self
  * stays attached to its own storage. */
 SORVANE_API int32_t sorvane_gltf2_Gltf_saveAs(sorvane_gltf2_Gltf* self, const char* path);
 
-/* The bytes of a buffer, of a view (its byteOffset and byteLength applied). */
+/* The bytes of a buffer; value size protocol, in bytes. */
 SORVANE_API int32_t sorvane_gltf2_Buffer_getBytes(void* out, int64_t* outSize, sorvane_gltf2_Buffer* self);
+/* The bytes of a view (its byteOffset and byteLength applied); value size protocol, in bytes. */
 SORVANE_API int32_t sorvane_gltf2_BufferView_getBytes(void* out, int64_t* outSize, sorvane_gltf2_BufferView* self);
-/* Copies the item into target with a new file for its bytes; *out is its index there. */
+/* Copies the buffer into target with a new file for its bytes; *out is its index there. */
 SORVANE_API int32_t sorvane_gltf2_Buffer_clone(int64_t* out, sorvane_gltf2_Buffer* self, sorvane_gltf2_Gltf* target);
+/* Copies the view and its bytes into target; *out is its index there. */
 SORVANE_API int32_t sorvane_gltf2_BufferView_clone(int64_t* out, sorvane_gltf2_BufferView* self,
                                                    sorvane_gltf2_Gltf* target);
+/* Copies the accessor, its view and bytes into target; *out is its index there. */
 SORVANE_API int32_t sorvane_gltf2_Accessor_clone(int64_t* out, sorvane_gltf2_Accessor* self,
                                                  sorvane_gltf2_Gltf* target);
 
@@ -68,6 +72,47 @@ SORVANE_API int32_t sorvane_gltf2_BufferViewList_addData(sorvane_gltf2_BufferVie
 SORVANE_API int32_t sorvane_gltf2_AccessorList_addTensor(sorvane_gltf2_Accessor** out,
                                                          sorvane_gltf2_AccessorList* self, DataTree* tensor,
                                                          int32_t target, bool embedded, const char* name);
+
+/* Derived mesh reads. A selection lists target positions; a null selection
+ * takes every target, an empty or bad one fails ("Selection is empty",
+ * "Invalid index %ld in selection"). Targets without the key give zero blocks. */
+
+/* The morph stack of key ("POSITION", ...) as a new DataTree tensor [targets, count, components]. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getTargetsTensor(DataTree** out, sorvane_gltf2_Primitive* self,
+                                                             const char* key, const int64_t* selection,
+                                                             int64_t selectionCount);
+/* The same stack as packed bytes; value size protocol, in bytes (a null out gives the size). */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getTargetsData(void* out, int64_t* outSize, sorvane_gltf2_Primitive* self,
+                                                           const char* key, const int64_t* selection,
+                                                           int64_t selectionCount);
+/* The stack's shape {targets, count, components}; array size protocol (count in values, capacity in bytes). */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getTargetsDataLayout(int64_t* out, int64_t outBytes,
+                                                                 int64_t* pvalueCount, sorvane_gltf2_Primitive* self,
+                                                                 const char* key, const int64_t* selection,
+                                                                 int64_t selectionCount);
+/* The component type (5120 ... 5126) of the stack of key. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getTargetsComponentType(int32_t* out, sorvane_gltf2_Primitive* self,
+                                                                    const char* key);
+/* The position of the first target that has key, or -1. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getTargetsFirstdWith(int64_t* out, sorvane_gltf2_Primitive* self,
+                                                                 const char* key);
+/* Every vertex's jointCount strongest influences over all JOINTS_n/WEIGHTS_n sets, weights renormalised, as
+ * two new DataTree tensors (joints, weights); a vertexCount below 0 takes the first set's count. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getJointsTensor(DataTree** joints, DataTree** weights,
+                                                            sorvane_gltf2_Primitive* self, int64_t vertexCount,
+                                                            int64_t jointCount);
+/* The vertex and joint counts the joints reads give for these arguments. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getJointsDataLayout(int64_t* vertexCountOut, int64_t* jointCountOut,
+                                                                sorvane_gltf2_Primitive* self, int64_t vertexCount,
+                                                                int64_t jointCount);
+/* The same influences as one byte per joint index and one float per weight; capacity protocol: with both
+ * buffers null only *out (vertices times joints) is set, else each must hold *out values. */
+SORVANE_API int32_t sorvane_gltf2_Primitive_getJointsData(int64_t* out, uint8_t* joints, int64_t jointsBytes,
+                                                          float* weights, int64_t weightsBytes,
+                                                          sorvane_gltf2_Primitive* self, int64_t vertexCount,
+                                                          int64_t jointCount);
+/* A mesh of one primitive as a new DataTree object {"vertices", "faces"}. */
+SORVANE_API int32_t sorvane_gltf2_Mesh_getDataTree(DataTree** out, sorvane_gltf2_Mesh* self);
 
 /* A binary glTF item holding the document (which must be a .glb), saved under
  * uri; arguments after self: uri, gltf, name, autoId, id. */

@@ -229,8 +229,8 @@ DataTree parseAnimationSamplers(const gltf2::AnimationSamplerList& samplers, con
     DataTree out = DataTree::createList();
     for (int64_t i = 0; i < samplers.size(); ++i) {
         gltf2::AnimationSampler sampler = samplers.getByIndex(i);
-        DataTree input = gltf.accessors.getByIndex(sampler.input.get()).getTensor();
-        DataTree output = gltf.accessors.getByIndex(sampler.output.get()).getTensor();
+        DataTree input = gltf.accessors.getByIndex(sampler.input.getIndex()).getTensor();
+        DataTree output = gltf.accessors.getByIndex(sampler.output.getIndex()).getTensor();
         const std::string interpolation = sampler.interpolation.get();
         // A cubic spline keys an in-tangent, a value and an out-tangent per time.
         if (interpolation == "CUBICSPLINE" && elementCount(output) != 3 * elementCount(input))

@@ -118,6 +118,11 @@ int main(void) {
         if (k == 0) CHECK(sorvane_arf_Arf_save(copy));
         free(again);
         sorvane_arf_Arf_delete(copy);
+        /* Loaded read-only, no mode writes it back; a copy elsewhere is allowed. */
+        CHECK(sorvane_arf_Arf_load(&copy, paths[k], true));
+        if (sorvane_arf_Arf_save(copy) != -1 || !slotIs("Forbidden, read-only document")) return 16;
+        if (k == 0) CHECK(sorvane_arf_Arf_saveAs(copy, "arf-extensions-readonly/doc.arf"));
+        sorvane_arf_Arf_delete(copy);
     }
     free(json);
     if (sorvane_arf_Arf_saveAs(arf, NULL) != -1 || !slotIs("null not valid")) return 7;

@@ -59,6 +59,15 @@ def extensions(record, f):
         names.append(f"add{X}")
     if f.type == "refs" or f.type in VALUE_LISTS:
         names.append(f"remove{X}Item")
+    # The derived reads of the glTF maps: the morph stack of a key over a
+    # list of maps, the joint influences of an attribute map.
+    if f.type == "indexMaps":
+        names += [f"get{X}Tensor", f"get{X}Data", f"get{X}DataLayout", f"get{X}ComponentType", f"get{X}FirstdWith"]
+    if f.type == "indexMap":
+        names += ["getJointsTensor", "getJointsDataLayout", "getJointsData"]
+    # A record whose child list holds attribute maps reads as a DataTree mesh.
+    if f.type == "list" and any(g.type == "indexMap" for g in f.of_record.fields):
+        names.append("getDataTree")
     return names
 
 

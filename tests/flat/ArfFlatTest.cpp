@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "sorvane/arf/Arf.h"
+#include "sorvane/arf/ArfCopy.h"
 #include "sorvane/core/ErrorSlot.h"
 #include "sorvane/sorvane.h"
 
@@ -279,4 +283,88 @@ TEST(ArfFlat, DataItemsAddAndRead) {
     sorvane_arf_Data_delete(sparse);
     sorvane_arf_Data_delete(item);
     sorvane_arf_DataList_delete(list);
+}
+
+namespace {
+
+std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+} // namespace
+
+// A document loaded read-only refuses the flat save in every storage mode and
+// leaves its storage as it was; a copy of it elsewhere is still allowed.
+TEST(ArfFlat, ReadOnlyDocumentRefusesSaveInEveryMode) {
+    namespace fs = std::filesystem;
+    const fs::path dir = fs::temp_directory_path() / "talvex-flat-readonly-save";
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    const char* text = R"({"preamble": {"signature": "MPEG-ARF-2025", "version": "1.0"}})";
+    struct Case {
+        fs::path path;
+        fs::path written;  // the file a save would touch
+        std::string name;  // the main file name in the message
+    };
+    const Case cases[] = {
+        {dir / "main" / "doc.arf", dir / "main" / "doc.arf", "doc.arf"},
+        {dir / "json" / "doc.json", dir / "json" / "doc.json", "doc.json"},
+        {dir / "doc.arfz", dir / "doc.arfz", "arf.json"},
+        {dir / "doc.zip", dir / "doc.zip", "arf.json"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.path.string());
+        {
+            sorvane::arf::Arf source = sorvane::arf::Arf::load(std::string("memory:") + text);
+            sorvane::arf::saveArfAs(source, c.path);
+        }
+        const std::string before = fileBytes(c.written);
+        ASSERT_FALSE(before.empty());
+
+        Document readOnly(c.path.string().c_str(), true);
+        sorvane_arf_Preamble* preamble = nullptr;
+        ASSERT_EQ(sorvane_arf_Arf_getPreamble(&preamble, readOnly.arf), 0);
+        EXPECT_EQ(sorvane_arf_Preamble_setVersion(preamble, "2.0"), -1);
+        sorvane_arf_Preamble_delete(preamble);
+        EXPECT_EQ(sorvane_arf_Arf_save(readOnly.arf), -1);
+        EXPECT_EQ(slotMessage(), "Saving " + c.name + ": Forbidden, read-only document");
+        EXPECT_EQ(fileBytes(c.written), before);
+
+        // saveAs to another place writes a copy that loads writable.
+        const fs::path copy = dir / ("copy-" + c.path.filename().string());
+        ASSERT_EQ(sorvane_arf_Arf_saveAs(readOnly.arf, copy.string().c_str()), 0) << slot();
+        Document again(copy.string().c_str());
+        EXPECT_EQ(sorvane_arf_Arf_save(again.arf), 0) << slot();
+    }
+
+    // In memory as well, and the writable twin of each still saves.
+    Document memory((std::string("memory:") + text).c_str(), true);
+    EXPECT_EQ(sorvane_arf_Arf_save(memory.arf), -1);
+    EXPECT_NE(slotMessage().find("Forbidden, read-only document"), std::string::npos);
+    Document writable((dir / "main" / "doc.arf").string().c_str());
+    EXPECT_EQ(sorvane_arf_Arf_save(writable.arf), 0) << slot();
+    fs::remove_all(dir);
+}
+
+// The same rule for glTF documents.
+TEST(ArfFlat, ReadOnlyGltfRefusesSave) {
+    namespace fs = std::filesystem;
+    const fs::path dir = fs::temp_directory_path() / "talvex-flat-readonly-gltf";
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+    const fs::path path = dir / "scene.gltf";
+    sorvane_gltf2_Gltf* gltf = nullptr;
+    ASSERT_EQ(sorvane_gltf2_Gltf_create(&gltf, path.string().c_str()), 0) << slot();
+    ASSERT_EQ(sorvane_gltf2_Gltf_save(gltf), 0) << slot();
+    sorvane_gltf2_Gltf_delete(gltf);
+    const std::string before = fileBytes(path);
+
+    ASSERT_EQ(sorvane_gltf2_Gltf_load(&gltf, path.string().c_str(), true), 0) << slot();
+    EXPECT_EQ(sorvane_gltf2_Gltf_save(gltf), -1);
+    EXPECT_EQ(slotMessage(), "Saving scene.gltf: Forbidden, read-only document");
+    EXPECT_EQ(fileBytes(path), before);
+    EXPECT_EQ(sorvane_gltf2_Gltf_saveAs(gltf, (dir / "copy.glb").string().c_str()), 0) << slot();
+    sorvane_gltf2_Gltf_delete(gltf);
+    fs::remove_all(dir);
 }

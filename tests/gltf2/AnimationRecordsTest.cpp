@@ -99,6 +99,39 @@ TEST(AnimationRecords, ParsedIndicesAreStoredAsReadAndStepRoundTrips) {
               "Getting time range in animations[0]:\nInvalid sampler 4");
 }
 
+// A sampler's "input" and "output" follow to their accessors as the other
+// accessor references do, and keep the stored number beside.
+TEST(AnimationRecords, SamplerInputAndOutputForwardToTheirAccessors) {
+    Gltf gltf = withTrack({0, 0.5f, 1}, {0, 0, 1, 2, 2, 3}, "VEC3");
+    gltf.accessors.get().addDense(std::vector<float>{9}.data(), 1, ACCESSOR_COMPONENT_TYPE_FLOAT, "SCALAR",
+                                  std::nullopt, true);
+    AnimationSampler sampler = gltf.animations[0].samplers.getByIndex(0);
+    EXPECT_EQ(sampler.input.getIndex(), 0);
+    EXPECT_EQ(sampler.output.get().getPropertyIndex(), 1);
+    EXPECT_EQ(sampler.input.getDims(), (std::vector<long>{3}));
+    EXPECT_EQ(sampler.output.getDims(), (std::vector<long>{2, 3}));
+    EXPECT_EQ(sampler.output.getComponentType(), ACCESSOR_COMPONENT_TYPE_FLOAT);
+    float times[3] = {};
+    EXPECT_EQ(sampler.input.getData(times, sizeof times), static_cast<int64_t>(sizeof times));
+    EXPECT_EQ(times[1], 0.5f);
+    EXPECT_EQ(sampler.output.getTensor(), gltf.accessors.getByIndex(1).getTensor());
+    EXPECT_EQ(sampler.input.getDataArray(), gltf.accessors.getByIndex(0).getDataArray());
+    std::unique_ptr<DataTree> tensor(sampler.input.getTensorPtr());
+    EXPECT_EQ(*tensor, gltf.accessors.getByIndex(0).getTensor());
+    // Set by number or by accessor, both checked against the list.
+    sampler.input.set(gltf.accessors.getByIndex(2));
+    EXPECT_TRUE(sampler.input == 2);
+    EXPECT_EQ(messageOf([&] { sampler.output.set(3); }),
+              "Setting animations[0].samplers[0].output: Invalid index 3 in accessors");
+
+    // A dangling number read from a file fails on the follow, not before.
+    Gltf parsed = fromText(R"({"asset":{"version":"2.0"},"animations":[{"channels":[],)"
+                           R"("samplers":[{"input":9,"output":8}]}]})");
+    AnimationSampler dangling = parsed.animations[0].samplers.getByIndex(0);
+    EXPECT_EQ(dangling.input.getIndex(), 9);
+    EXPECT_EQ(messageOf([&] { dangling.input.getDims(); }), "There is no accessors in ");
+}
+
 TEST(AnimationRecords, TimeRanges) {
     Gltf gltf = withTrack({1, 2, 4}, {0, 1, 2}, "SCALAR");
     Animation animation = gltf.animations[0];

@@ -105,6 +105,19 @@ TEST(SceneExtensions, StitchingAndItsAccessorReferences) {
     // Removing the accessor leaves the old number behind.
     gltf.accessors.get().removeByIndex(0);
     EXPECT_EQ(stitching.mdoes.getIndex(), 0);
+
+    // init goes through the setters: a given mesh is checked, an absent one is 0.
+    GaussianSplattingStitchingNode& node = *stitching.getNode();
+    EXPECT_EQ(messageOf([&] { node.init(int64_t(3), std::nullopt); }),
+              "Setting " + path + ".mesh: Invalid index 3 in meshes");
+    EXPECT_EQ(messageOf([&] { node.init(int64_t(-1), int64_t(5)); }),
+              "Setting " + path + ".mesh: Invalid index -1 in meshes");
+    node.init(int64_t(0), int64_t(7));
+    EXPECT_EQ(stitching.mesh.get(), 0);
+    EXPECT_EQ(stitching.primitive.get(), 7);
+    node.init(std::nullopt, std::nullopt);
+    EXPECT_EQ(stitching.primitive.get(), 0);
+    EXPECT_FALSE(stitching.mdoes.isPropertyPresent());
 }
 
 TEST(SceneExtensions, ChildrenMadeOnReadOnlyWhenWritable) {

@@ -177,6 +177,10 @@ TEST(SceneRecords, ExtrasAreGenericValues) {
     target.init();
     Scene source = gltf.scenes.getByIndex(0);
     EXPECT_EQ(messageOf([&] { source.clone(target); }), "Not implemented");
+    // Extras have no deep copy of their own either; the value stays as it was.
+    EXPECT_EQ(messageOf([&] { source.extras.copy(source.extras.get()); }), "Not implemented");
+    EXPECT_EQ(messageOf([&] { target.scenes.get().add(nullptr).extras.copy(source.extras.get()); }), "Not implemented");
+    EXPECT_NE(compact(gltf).find(R"("extras":{"a":1,"b":["x",2]})"), std::string::npos);
     source.extras.removeProperty();
     source.nodes.removeProperty();
     const int64_t index = source.clone(target);

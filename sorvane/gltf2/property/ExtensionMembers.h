@@ -92,6 +92,8 @@ public:
     int64_t getData(void* out, int64_t outSize) const { return get().getData(out, outSize); }
     DataTree getTensor() const { return get().getTensor(); }
     DataTree* getTensorPtr() const { return get().getTensorPtr(); }
+    DataTree getDataArray() const { return get().getDataArray(); }
+    auto getComponentType() const { return get().componentType.get(); }
 
     bool operator==(int64_t index) const { return getIndex() == index; }
     bool operator==(const Acc& target) const { return getIndex() == target.getPropertyIndex(); }

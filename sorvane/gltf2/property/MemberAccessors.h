@@ -22,6 +22,15 @@ namespace sorvane::gltf2 {
 
 #include "sorvane/docmodel/property/MemberAccessors.h.inl"
 
+// "extras" of the glTF records: a generic member whose copy() is refused,
+// as Scene::clone refuses extras, since glTF generic values are not deep-copied.
+template <class NodeT, class D>
+class SORVANE_API ExtrasMember : public GenericMember<NodeT, D> {
+public:
+    using GenericMember<NodeT, D>::GenericMember;
+    [[noreturn]] void copy(const GenericProperty&) { SORVANE_THROW("Not implemented"); }
+};
+
 } // namespace sorvane::gltf2
 
 #endif
