@@ -63,6 +63,7 @@ const std::vector<uint8_t>& glbBytes() {
         auto nodes = gltf.nodes.get();
         std::vector<float> positions(kVertices * 3), normals(kVertices * 3), uvs(kVertices * 2);
         std::vector<uint32_t> indices(kIndices);
+        int64_t added = 0;
         for (int m = 0; m < kMeshes; ++m) {
             const float shift = static_cast<float>(m) * 0.001f;
             for (int v = 0; v < kVertices; ++v) {
@@ -74,9 +75,11 @@ const std::vector<uint8_t>& glbBytes() {
             }
             for (int i = 0; i < kIndices; ++i) indices[i] = static_cast<uint32_t>((i + m) % kVertices);
             const std::string name = "mesh_" + std::to_string(m);
+            // Counted here: an accessor's own index is found by a walk of its list.
             auto add = [&](const void* data, int count, AccessorComponentType type, const char* kind,
                            BufferViewTarget target) {
-                return accessors.addDense(data, count, type, kind, target, false, nullptr).getPropertyIndex();
+                accessors.addDense(data, count, type, kind, target, false, nullptr);
+                return static_cast<int64_t>(added++);
             };
             const int64_t position = add(positions.data(), kVertices, ACCESSOR_COMPONENT_TYPE_FLOAT, "VEC3",
                                          BUFFER_VIEW_TARGET_ARRAY_BUFFER);
