@@ -19,13 +19,6 @@
 #include "sorvane/gltf2/Gltf.h"
 #include "sorvane/gltf2/property/animation/mixer/AnimationMixer.h"
 
-// The mesh records come with the scene half of the glTF model.
-#if __has_include("sorvane/gltf2/property/IndexMapMembers.h")
-#define TALVEX_BENCH_HAVE_MESHES 1
-#else
-#define TALVEX_BENCH_HAVE_MESHES 0
-#endif
-
 #ifdef TALVEX_BENCH_ASSIMP
 #include <assimp/Importer.hpp>
 #include <assimp/scene.h>
@@ -189,21 +182,14 @@ void BM_GltfSkinnedMorphAnimated(benchmark::State& state) {
     const std::string& path = glbPath();
     for (auto _ : state) {
         const Gltf gltf = Gltf::load(path, true);
-#if TALVEX_BENCH_HAVE_MESHES
         // Through the mesh records: every attribute stream and the indices,
         // the merged joint influences and the POSITION morph stack.
         const Primitive primitive = gltf.meshes.getByIndex(0).primitives.getByIndex(0);
-        for (const auto& attribute : primitive.attributes.get())
-            benchmark::DoNotOptimize(gltf.accessors.getByIndex(attribute.second).getTensor());
+        for (const std::string& key : primitive.attributes.getKeys())
+            benchmark::DoNotOptimize(primitive.attributes.get(key).getTensor());
         benchmark::DoNotOptimize(primitive.indices.get().getTensor());
         benchmark::DoNotOptimize(primitive.attributes.getJointsTensor(-1, 4));
         benchmark::DoNotOptimize(primitive.targets.getTensor("POSITION"));
-#else
-        // Without mesh records: the same streams and targets by accessor index.
-        for (long i = 0; i < kStreams; ++i) benchmark::DoNotOptimize(gltf.accessors.getByIndex(i).getTensor());
-        for (long t = 0; t < kTargets; ++t)
-            benchmark::DoNotOptimize(gltf.accessors.getByIndex(kFirstTarget + t).getTensor());
-#endif
         for (int64_t a = 0; a < gltf.animations.size(); ++a)
             for (const auto& sampler : gltf.animations.getByIndex(a).getNode()->getSamplers()->getItems())
                 benchmark::DoNotOptimize(sampler->getTensor(30.0f));

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <utility>
 
 #include "sorvane/archive/JsonExporter.h"
 #include "sorvane/core/RuntimeException.h"
@@ -45,6 +46,13 @@ Tensor::Tensor(const void* source, long bufferSize, const std::vector<long>& new
 
 Tensor::Tensor(void* data, long bufferSize, const std::vector<long>& newSizes, ScalarType type)
     : sizes(newSizes), type(type) {
+    const size_t bytes = detail::byteCount(detail::valueCount(sizes), type);
+    if (bufferSize < 0 || bytes > static_cast<size_t>(bufferSize)) SORVANE_THROW("Invalid buffer size");
+    buffer = data;
+}
+
+Tensor::Tensor(void* data, long bufferSize, std::vector<long>&& newSizes, ScalarType type)
+    : sizes(std::move(newSizes)), type(type) {
     const size_t bytes = detail::byteCount(detail::valueCount(sizes), type);
     if (bufferSize < 0 || bytes > static_cast<size_t>(bufferSize)) SORVANE_THROW("Invalid buffer size");
     buffer = data;

@@ -21,6 +21,7 @@ public:
     Tensor(const void* source, long bufferSize, const std::vector<long>& sizes, ScalarType type);
     // Takes the malloc block without copying.
     Tensor(void* data, long bufferSize, const std::vector<long>& sizes, ScalarType type);
+    Tensor(void* data, long bufferSize, std::vector<long>&& sizes, ScalarType type);
     ~Tensor() override;
     Tensor(const Tensor&) = delete;
     Tensor& operator=(const Tensor&) = delete;

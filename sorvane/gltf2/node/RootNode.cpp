@@ -315,7 +315,8 @@ bool loadChunks(RootNode& root) {
     }
     if (!root.getBuffers()) SORVANE_THROW("No buffers");
     if (!root.getBuffers()->hasNodeItem(int64_t(0))) SORVANE_THROW("Invalid buffer id %ld", 0L);
-    std::vector<uint8_t> data(binLength);
+    // Not zero-filled: the file's bytes land straight in their final place.
+    ByteVector data(binLength);
     if (binLength > 0) provider.getRange(data.data(), binLength, name, binOffset);
     root.__setSharedBuffer(0, std::move(data));
     return true;
@@ -360,12 +361,12 @@ void RootNode::__decode(std::istream& in) {
 void RootNode::__setSharedBuffer(int64_t bufferIndex, std::istream& in, int64_t size) {
     if (!buffers_) SORVANE_THROW("No buffers");
     if (!buffers_->hasNodeItem(bufferIndex)) SORVANE_THROW("Invalid buffer id %ld", static_cast<long>(bufferIndex));
-    std::vector<uint8_t> data;
+    ByteVector data;
     if (size < 0 || !readExactly(in, static_cast<uint64_t>(size), data)) SORVANE_THROW("Error reading stream");
     __setSharedBuffer(bufferIndex, std::move(data));
 }
 
-void RootNode::__setSharedBuffer(int64_t bufferIndex, std::vector<uint8_t>&& data) {
+void RootNode::__setSharedBuffer(int64_t bufferIndex, ByteVector&& data) {
     if (!buffers_) SORVANE_THROW("No buffers");
     if (!buffers_->hasNodeItem(bufferIndex)) SORVANE_THROW("Invalid buffer id %ld", static_cast<long>(bufferIndex));
     sharedBuffer = std::make_unique<SharedBuffer>();
@@ -399,27 +400,34 @@ void RootNode::save(const std::shared_ptr<archive::FileProvider>& provider, cons
     const std::string json = toJsonText(true);
     const uint64_t jsonLength = roundMod4(json.size());
     if (jsonLength > kMaxChunk) SORVANE_THROW("Can't save %s:\nJson data is too large (more than 4GB)", file);
-    const std::vector<uint8_t>& bin = sharedBuffer->data;
+    const ByteVector& bin = sharedBuffer->data;
     const uint64_t binLength = roundMod4(bin.size());
     if (binLength > kMaxChunk) SORVANE_THROW("Can't save %s:\nBinary data is too large (more than 4GB)", file);
     const uint64_t total = jsonLength + binLength + 28;
     if (total > kMaxChunk) SORVANE_THROW("Can't save %s:\nTotal length is too large (more than 4GB)", file);
 
-    std::vector<uint8_t> block(static_cast<size_t>(total));
-    uint8_t* p = block.data();
-    writeWord(p, kGlbMagic);
-    writeWord(p + 4, 2);
-    writeWord(p + 8, total);
-    writeWord(p + 12, jsonLength);
-    writeWord(p + 16, kChunkJson);
-    std::memcpy(p + 20, json.data(), json.size());
-    std::memset(p + 20 + json.size(), 0x20, static_cast<size_t>(jsonLength - json.size()));
-    p += 20 + jsonLength;
-    writeWord(p, binLength);
-    writeWord(p + 4, kChunkBin);
-    if (!bin.empty()) std::memcpy(p + 8, bin.data(), bin.size());
-    // The padding of the BIN chunk is zero already.
-    provider->create(fileName, block.data(), static_cast<int64_t>(block.size()));
+    // Laid down as blocks: the BIN chunk goes from the shared buffer to the
+    // store in one copy, with no whole-file block in between.
+    uint8_t head[20];
+    writeWord(head, kGlbMagic);
+    writeWord(head + 4, 2);
+    writeWord(head + 8, total);
+    writeWord(head + 12, jsonLength);
+    writeWord(head + 16, kChunkJson);
+    static const char kSpaces[4] = {0x20, 0x20, 0x20, 0x20};
+    static const uint8_t kZeros[4] = {0, 0, 0, 0};
+    uint8_t binHead[8];
+    writeWord(binHead, binLength);
+    writeWord(binHead + 4, kChunkBin);
+    const archive::FileProvider::Block blocks[] = {
+        {head, 20},
+        {json.data(), static_cast<int64_t>(json.size())},
+        {kSpaces, static_cast<int64_t>(jsonLength - json.size())},
+        {binHead, 8},
+        {bin.data(), static_cast<int64_t>(bin.size())},
+        {kZeros, static_cast<int64_t>(binLength - bin.size())},
+    };
+    provider->createBlocks(fileName, blocks, sizeof blocks / sizeof blocks[0]);
 }
 
 void RootNode::close() {
@@ -454,14 +462,15 @@ int64_t RootNode::appendSharedBuffer(const void* data, int64_t valueCount, int64
     if (!sharedBuffer) SORVANE_THROW("There is no shared buffer");
     if (valueSize < 1 || valueCount < 0) SORVANE_THROW("Invalid value size %ld or count %ld",
                                                        static_cast<long>(valueSize), static_cast<long>(valueCount));
-    std::vector<uint8_t>& bytes = sharedBuffer->data;
+    ByteVector& bytes = sharedBuffer->data;
     // Each value starts at a multiple of its own size.
     const size_t padded = (bytes.size() + valueSize - 1) / valueSize * valueSize;
     const size_t size = static_cast<size_t>(valueCount * valueSize);
     // Grown by doubling: an exact reserve per add would copy the whole buffer
     // at every add, quadratic over a document of many accessors.
     if (bytes.capacity() < padded + size) bytes.reserve(std::max(bytes.capacity() * 2, padded + size));
-    bytes.resize(padded);
+    // The padding is written as zeros (the buffer's own growth leaves bytes unset).
+    bytes.resize(padded, 0);
     const size_t offset = bytes.size();
     bytes.insert(bytes.end(), static_cast<const uint8_t*>(data), static_cast<const uint8_t*>(data) + size);
     if (buffers_ && buffers_->hasNodeItem(sharedBuffer->bufferIndex))
@@ -476,7 +485,7 @@ void RootNode::endSharedBuffer() {
 }
 
 void RootNode::__endSharedBuffer() {
-    const std::vector<uint8_t>& bytes = sharedBuffer->data;
+    const ByteVector& bytes = sharedBuffer->data;
     if (bytes.empty()) SORVANE_THROW("Shared buffer is empty");
     const std::shared_ptr<BufferNode>& node = buffers().getByIndex(sharedBuffer->bufferIndex);
     node->setByteLength(static_cast<int64_t>(bytes.size()));

@@ -15,6 +15,7 @@
 #include "sorvane/gltf2/node/accessor/AccessorNodes.h"
 #include "sorvane/gltf2/node/animation/AnimationNodes.h"
 #include "sorvane/gltf2/node/buffer/BufferNodes.h"
+#include "sorvane/gltf2/node/buffer/ByteBlock.h"
 #include "sorvane/gltf2/node/bufferview/BufferViewNodes.h"
 #include "sorvane/gltf2/node/camera/CameraNodes.h"
 #include "sorvane/gltf2/node/image/ImageNodes.h"
@@ -40,7 +41,7 @@ class SORVANE_API RootNode : public RecordNode {
 public:
     struct SharedBuffer {
         int64_t bufferIndex = -1;
-        std::vector<uint8_t> data;
+        ByteVector data;
         bool embedded = false;
     };
 
@@ -94,7 +95,7 @@ public:
     int64_t __beginSharedBuffer(bool embedded, const char* name);
     void __endSharedBuffer();
     void __setSharedBuffer(int64_t bufferIndex, std::istream& in, int64_t size);
-    void __setSharedBuffer(int64_t bufferIndex, std::vector<uint8_t>&& data);
+    void __setSharedBuffer(int64_t bufferIndex, ByteVector&& data);
 
     // "scene": the default scene.
     bool hasScene() const { return scene_.has_value(); }

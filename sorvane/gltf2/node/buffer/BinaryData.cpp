@@ -8,7 +8,9 @@
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/base64.h"
 #include "sorvane/core/RuntimeException.h"
+#include "sorvane/datatree/node/Tensor.h"
 #include "sorvane/gltf2/node/RootNode.h"
+#include "sorvane/gltf2/node/buffer/ByteBlock.h"
 
 namespace sorvane::gltf2 {
 
@@ -100,6 +102,94 @@ int64_t accessorValueCount(const AccessorNode& accessor) {
     return values;
 }
 
+// The shape of an accessor type without a string compare per read.
+struct TypeShape {
+    long values = 0;
+    int rank = 0;  // 0: unknown type
+    long inner[2] = {0, 0};
+};
+
+TypeShape shapeOf(const std::string& type) {
+    TypeShape s;
+    const char* t = type.c_str();
+    if (type.size() == 6 && type == "SCALAR") return {1, 1, {0, 0}};
+    if (type.size() != 4 || (t[3] < '2' || t[3] > '4')) return s;
+    const long n = t[3] - '0';
+    if (t[0] == 'V' && t[1] == 'E' && t[2] == 'C') return {n, 2, {n, 0}};
+    if (t[0] == 'M' && t[1] == 'A' && t[2] == 'T') return {n * n, 3, {n, n}};
+    return s;
+}
+
+// One accessor read whose every check passed: where its bytes are and how
+// many. Made only for the common case (a valid accessor over the open shared
+// buffer); anything else, failures included, takes the general path, which
+// words each message. Reading every accessor of a large file is dominated by
+// these fixed costs, not by the copies.
+struct ReadPlan {
+    const uint8_t* source = nullptr;
+    int64_t length = 0;    // bytes the view gives
+    int64_t bytes = 0;     // bytes the accessor's elements take
+    TypeShape shape;
+    ScalarType scalar = ScalarType::Invalid;
+};
+
+bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
+    plan.shape = shapeOf(accessor.getType());
+    if (plan.shape.rank == 0) return false;
+    long componentSize = 0;
+    switch (accessor.getComponentType()) {
+    case ACCESSOR_COMPONENT_TYPE_BYTE: componentSize = 1, plan.scalar = ScalarType::Integer8; break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_BYTE: componentSize = 1, plan.scalar = ScalarType::UInteger8; break;
+    case ACCESSOR_COMPONENT_TYPE_SHORT: componentSize = 2, plan.scalar = ScalarType::Integer16; break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_SHORT: componentSize = 2, plan.scalar = ScalarType::UInteger16; break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_INT: componentSize = 4, plan.scalar = ScalarType::UInteger32; break;
+    case ACCESSOR_COMPONENT_TYPE_FLOAT: componentSize = 4, plan.scalar = ScalarType::Float; break;
+    default: return false;
+    }
+    const int64_t count = accessor.getCount();
+    int64_t values = 0;
+    if (count < 0 || __builtin_mul_overflow(count, plan.shape.values, &values) ||
+        __builtin_mul_overflow(values, componentSize, &plan.bytes))
+        return false;
+    if (!accessor.hasBufferView()) return false;
+    // The node's own link to its document, read without taking a reference.
+    const std::weak_ptr<RootNode> rootLink = accessor.getNodeRoot();
+    const std::shared_ptr<RootNode> root = rootLink.lock();
+    if (!root) return false;
+    const auto& views = root->getBufferViews();
+    const auto& buffers = root->getBuffers();
+    const RootNode::SharedBuffer* shared = root->getSharedBuffer();
+    if (!views || !buffers || !shared) return false;
+    const int64_t viewIndex = accessor.getBufferView();
+    if (viewIndex < 0 || viewIndex >= views->getNodeSize()) return false;
+    const BufferViewNode* view = views->getItems()[static_cast<size_t>(viewIndex)].get();
+    if (!view) return false;
+    const int64_t byteOffset = accessor.getByteOffset();
+    if (byteOffset < 0 || byteOffset >= view->getByteLength()) return false;
+    if (view->hasByteStride() && view->getByteStride() != 0 && view->getByteStride() != componentSize) return false;
+    // The count minus the offset, as the general path reads it.
+    plan.length = plan.bytes - byteOffset;
+    if (plan.length < 0) return false;
+    if (plan.length == 0) return true;
+    const int64_t bufferIndex = view->getBuffer();
+    if (bufferIndex != shared->bufferIndex || bufferIndex < 0 || bufferIndex >= buffers->getNodeSize()) return false;
+    const BufferNode* buffer = buffers->getItems()[static_cast<size_t>(bufferIndex)].get();
+    if (!buffer) return false;
+    // The general path knows the shared buffer by the node's own position in its list.
+    const std::weak_ptr<AbstractNode> parent = buffer->getNodeParent();
+    if (parent.owner_before(buffers) || buffers.owner_before(parent)) return false;
+    // The shared buffer's own bytes, as the general path takes them: a .glb's
+    // BIN chunk may be longer than "byteLength" by its padding.
+    const int64_t size = static_cast<int64_t>(shared->data.size());
+    int64_t offset = 0;
+    int64_t end = 0;
+    if (__builtin_add_overflow(byteOffset, view->hasByteOffset() ? view->getByteOffset() : 0, &offset) ||
+        offset < 0 || offset >= size || __builtin_add_overflow(offset, plan.length, &end) || end > size)
+        return false;
+    plan.source = shared->data.data() + offset;
+    return true;
+}
+
 } // namespace
 
 int64_t BinaryData::getData(const BufferNode& buffer, void* out, int64_t outSize, int64_t byteOffset,
@@ -170,6 +260,11 @@ int64_t BinaryData::getData(const BufferViewNode& view, void* out, int64_t outSi
 }
 
 int64_t BinaryData::getData(const AccessorNode& accessor, void* out, int64_t outSize) {
+    ReadPlan plan;
+    if (planRead(accessor, plan) && (!out || plan.length <= outSize)) {
+        if (out && plan.length) std::memcpy(out, plan.source, static_cast<size_t>(plan.length));
+        return plan.length;
+    }
     const int64_t componentSize = accessorComponentType2size(accessor.getComponentType());
     std::shared_ptr<RootNode> root = rootOf(accessor);
     const BufferViewNode& view = viewOf(accessor, *root);
@@ -178,6 +273,13 @@ int64_t BinaryData::getData(const AccessorNode& accessor, void* out, int64_t out
 }
 
 int64_t BinaryData::getDataSize(const AccessorNode& accessor) { return getData(accessor, nullptr, 0); }
+
+const uint8_t* BinaryData::peekData(const AccessorNode& accessor, int64_t& length) {
+    ReadPlan plan;
+    if (!planRead(accessor, plan) || !plan.source) return nullptr;
+    length = plan.length;
+    return plan.source;
+}
 
 std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
     const long count = static_cast<long>(accessor.getCount());
@@ -193,12 +295,33 @@ std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
 }
 
 DataTree BinaryData::getTensor(const AccessorNode& accessor) {
+    ReadPlan plan;
+    if (planRead(accessor, plan)) {
+        std::vector<long> dims(static_cast<size_t>(plan.shape.rank));
+        dims[0] = static_cast<long>(accessor.getCount());
+        for (int d = 1; d < plan.shape.rank; ++d) dims[static_cast<size_t>(d)] = plan.shape.inner[d - 1];
+        if (void* block = allocateBlock(static_cast<size_t>(plan.bytes))) {
+            // The view may give less than the elements take (the offset is
+            // subtracted): the rest reads as zeros.
+            if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
+            if (plan.bytes > plan.length)
+                std::memset(static_cast<uint8_t*>(block) + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
+            try {
+                return DataTree(std::make_shared<datatree::Tensor>(block, static_cast<long>(plan.bytes), std::move(dims),
+                                                                   plan.scalar));
+            } catch (...) {
+                std::free(block);
+                throw;
+            }
+        }
+        // Out of memory: the general path words it.
+    }
     const std::vector<long> dims = getDims(accessor);
     const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
     const int64_t bytes = accessorValueCount(accessor) * accessorComponentType2size(accessor.getComponentType());
     // Measured first: a count the buffer cannot hold fails before anything is allocated.
     getDataSize(accessor);
-    void* block = std::malloc(bytes > 0 ? static_cast<size_t>(bytes) : 1);
+    void* block = allocateBlock(static_cast<size_t>(bytes));
     if (!block) SORVANE_THROW("Getting data from %s:\nOut of memory", accessor.getNodePath().c_str());
     try {
         const int64_t got = getData(accessor, block, bytes);

@@ -30,6 +30,10 @@ struct SORVANE_API BinaryData {
                            int64_t valueCount, int64_t valueSize);
     static int64_t getData(const AccessorNode& accessor, void* out, int64_t outSize);
     static int64_t getDataSize(const AccessorNode& accessor);
+    // The accessor's bytes where they lie in the open shared buffer, without a
+    // copy, and `length` as getData would return it; null for any other read,
+    // which getData does (and words its failures). Valid until the buffer grows.
+    static const uint8_t* peekData(const AccessorNode& accessor, int64_t& length);
     static std::vector<long> getDims(const AccessorNode& accessor);
     static DataTree getDataArray(const AccessorNode& accessor);
     static DataTree getTensor(const AccessorNode& accessor);

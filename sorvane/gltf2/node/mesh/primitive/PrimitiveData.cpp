@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "sorvane/core/RuntimeException.h"
+#include "sorvane/datatree/node/Tensor.h"
 #include "sorvane/gltf2/node/RootNode.h"
 #include "sorvane/gltf2/node/buffer/BinaryData.h"
+#include "sorvane/gltf2/node/buffer/ByteBlock.h"
 
 namespace sorvane::gltf2 {
 
@@ -62,35 +66,158 @@ std::vector<long> blockLayout(const AccessorNode& accessor, const std::string& p
 
 bool multiplyFits(int64_t a, int64_t b, int64_t& out) { return !__builtin_mul_overflow(a, b, &out) && out >= 0; }
 
-// One joints or weights accessor as doubles, [vertices, 4].
-void readComponents(const AccessorNode& accessor, std::vector<double>& out) {
-    const int64_t count = accessor.getCount() * 4;
-    const AccessorComponentType type = accessor.getComponentType();
-    const int64_t size = accessorComponentType2size(type);
-    // Measured first, so that a count larger than the buffer fails before allocating.
+// One joints or weights accessor, [vertices, 4], read where its bytes lie
+// when they are in memory, else copied once.
+struct ComponentStream {
+    AccessorComponentType type = ACCESSOR_COMPONENT_TYPE_NONE;
+    const uint8_t* data = nullptr;
+    std::vector<uint8_t> copy;
+};
+
+void openComponents(const AccessorNode& accessor, ComponentStream& stream) {
+    stream.type = accessor.getComponentType();
+    const int64_t size = accessorComponentType2size(stream.type);
+    // Measured first, so that a count larger than the buffer fails before
+    // anything is allocated; it also bounds count * 4 * size.
     const int64_t bytes = BinaryData::getDataSize(accessor);
-    if (bytes < count * size) SORVANE_THROW("In %s:\nNot enough data", accessor.getNodePath().c_str());
-    std::vector<uint8_t> raw(static_cast<size_t>(bytes));
-    BinaryData::getData(accessor, raw.data(), bytes);
-    out.resize(static_cast<size_t>(count));
-    auto convert = [&](auto zero) {
-        using T = decltype(zero);
-        for (int64_t i = 0; i < count; ++i) {
-            T v;
-            std::memcpy(&v, raw.data() + i * static_cast<int64_t>(sizeof(T)), sizeof(T));
-            out[static_cast<size_t>(i)] = static_cast<double>(v);
-        }
-    };
-    switch (type) {
-    case ACCESSOR_COMPONENT_TYPE_BYTE: convert(int8_t()); break;
-    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_BYTE: convert(uint8_t()); break;
-    case ACCESSOR_COMPONENT_TYPE_SHORT: convert(int16_t()); break;
-    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_SHORT: convert(uint16_t()); break;
-    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_INT: convert(uint32_t()); break;
-    case ACCESSOR_COMPONENT_TYPE_FLOAT: convert(float()); break;
-    default: SORVANE_THROW("Invalid or unsupported gltf component type %d", static_cast<int>(type));
+    if (bytes < accessor.getCount() * 4 * size)
+        SORVANE_THROW("In %s:\nNot enough data", accessor.getNodePath().c_str());
+    int64_t length = 0;
+    if (const uint8_t* direct = BinaryData::peekData(accessor, length)) {
+        stream.data = direct;
+        return;
+    }
+    stream.copy.resize(static_cast<size_t>(bytes));
+    BinaryData::getData(accessor, stream.copy.data(), bytes);
+    stream.data = stream.copy.data();
+}
+
+template <class T>
+void rowAs(const uint8_t* p, double* out) {
+    for (int c = 0; c < 4; ++c) {
+        T v;
+        std::memcpy(&v, p + c * static_cast<int>(sizeof(T)), sizeof(T));
+        out[c] = static_cast<double>(v);
     }
 }
+
+// The four components of vertex `v` as doubles.
+void rowOf(const ComponentStream& stream, long v, double* out) {
+    const size_t at = static_cast<size_t>(v) * 4;
+    switch (stream.type) {
+    case ACCESSOR_COMPONENT_TYPE_BYTE: rowAs<int8_t>(stream.data + at, out); break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_BYTE: rowAs<uint8_t>(stream.data + at, out); break;
+    case ACCESSOR_COMPONENT_TYPE_SHORT: rowAs<int16_t>(stream.data + at * 2, out); break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_SHORT: rowAs<uint16_t>(stream.data + at * 2, out); break;
+    case ACCESSOR_COMPONENT_TYPE_UNSIGNED_INT: rowAs<uint32_t>(stream.data + at * 4, out); break;
+    case ACCESSOR_COMPONENT_TYPE_FLOAT: rowAs<float>(stream.data + at * 4, out); break;
+    default: SORVANE_THROW("Invalid or unsupported gltf component type %d", static_cast<int>(stream.type));
+    }
+}
+
+// Every JOINTS_n / WEIGHTS_n pair of a primitive, checked and open.
+struct JointSets {
+    long vertexCount = 0;
+    long jointCount = 0;
+    int64_t cells = 0;
+    std::vector<ComponentStream> joints, weights;
+};
+
+JointSets openJointSets(const RootNode& root, const std::string& path, const PrimitiveData::IntegerMap* attributes,
+                        long vertexCount, long jointCount) {
+    const char* p = path.c_str();
+    if (!root.getAccessors()) SORVANE_THROW("Getting joints tensor of %s: There is no accessors", p);
+    if (jointCount < 0) SORVANE_THROW("Getting joints tensor of %s: Invalid joint count %ld", p, jointCount);
+    const bool countGiven = vertexCount >= 0;
+    JointSets sets;
+    for (long set = 0; attributes; ++set) {
+        const std::string jointsKey = "JOINTS_" + std::to_string(set);
+        auto joints = attributes->find(jointsKey);
+        if (joints == attributes->end()) break;
+        const AccessorNode* jointsAccessor = accessorAt(root, joints->second);
+        if (!jointsAccessor)
+            SORVANE_THROW("Getting joints tensor of %s: No accessor %ld", p, static_cast<long>(joints->second));
+        const std::string weightsKey = "WEIGHTS_" + std::to_string(set);
+        auto weights = attributes->find(weightsKey);
+        if (weights == attributes->end()) SORVANE_THROW("Getting joints tensor of %s: Missing %s", p, weightsKey.c_str());
+        const AccessorNode* weightsAccessor = accessorAt(root, weights->second);
+        if (!weightsAccessor)
+            SORVANE_THROW("Getting joints tensor of %s: No accessor %ld", p, static_cast<long>(weights->second));
+        const std::vector<long> jd = BinaryData::getDims(*jointsAccessor);
+        if (vertexCount < 0 && jd.size() == 2 && jd[1] == 4) vertexCount = jd[0];
+        if (jd.size() != 2 || jd[1] != 4 || jd[0] != vertexCount) {
+            if (countGiven)
+                SORVANE_THROW("Getting joints tensor of %s: Invalid joints layout, expect (%ld, 4)", p, vertexCount);
+            SORVANE_THROW("Getting joints tensor of %s: Invalid joints layout, expect (vertexCount, 4)", p);
+        }
+        const std::vector<long> wd = BinaryData::getDims(*weightsAccessor);
+        if (wd.size() != 2 || wd[1] != 4 || wd[0] != vertexCount) {
+            if (countGiven)
+                SORVANE_THROW("Getting joints tensor of %s: Invalid weights layout, expect (%ld, 4)", p, vertexCount);
+            SORVANE_THROW("Getting joints tensor of %s: Invalid weights layout, expect (vertexCount, 4)", p);
+        }
+        sets.joints.emplace_back();
+        openComponents(*jointsAccessor, sets.joints.back());
+        sets.weights.emplace_back();
+        openComponents(*weightsAccessor, sets.weights.back());
+    }
+    sets.vertexCount = vertexCount < 0 ? 0 : vertexCount;
+    sets.jointCount = jointCount;
+    if (!multiplyFits(sets.vertexCount, jointCount, sets.cells))
+        SORVANE_THROW("Getting joints tensor of %s: Invalid joint count %ld", p, jointCount);
+    return sets;
+}
+
+// Each vertex's influences over all sets, heaviest first, the first
+// `jointCount` kept and renormalised; every cell of the outputs is written.
+void mergeInfluences(const JointSets& sets, const char* p, uint8_t* jointsOut, float* weightsOut) {
+    struct Influence {
+        double joint;
+        double weight;
+    };
+    std::vector<Influence> influences(sets.joints.size() * 4);
+    const size_t jointCount = static_cast<size_t>(sets.jointCount);
+    double joints[4], weights[4];
+    for (long v = 0; v < sets.vertexCount; ++v) {
+        size_t n = 0;
+        for (size_t s = 0; s < sets.joints.size(); ++s) {
+            rowOf(sets.joints[s], v, joints);
+            rowOf(sets.weights[s], v, weights);
+            for (size_t c = 0; c < 4; ++c) {
+                const Influence next{joints[c], weights[c]};
+                // Insertion with a strict comparison: of equal weights the earlier stays in front.
+                size_t pos = n;
+                while (pos > 0 && influences[pos - 1].weight < next.weight) {
+                    influences[pos] = influences[pos - 1];
+                    --pos;
+                }
+                influences[pos] = next;
+                ++n;
+            }
+        }
+        const size_t kept = std::min(n, jointCount);
+        double sum = 0;
+        for (size_t k = 0; k < kept; ++k) sum += influences[k].weight;
+        uint8_t* jointRow = jointsOut + static_cast<size_t>(v) * jointCount;
+        float* weightRow = weightsOut + static_cast<size_t>(v) * jointCount;
+        for (size_t k = 0; k < kept; ++k) {
+            const double joint = influences[k].joint;
+            if (!(joint >= 0 && joint <= 255))
+                SORVANE_THROW("Getting joints tensor of %s: Invalid joint index %g", p, joint);
+            jointRow[k] = static_cast<uint8_t>(joint);
+            // All-zero weights stay zero rather than dividing by nothing.
+            weightRow[k] = sum > 0 ? static_cast<float>(influences[k].weight / sum) : 0.0f;
+        }
+        for (size_t k = kept; k < jointCount; ++k) {
+            jointRow[k] = 0;
+            weightRow[k] = 0.0f;
+        }
+    }
+}
+
+struct FreeBlock {
+    void operator()(void* p) const { std::free(p); }
+};
 
 } // namespace
 
@@ -131,17 +258,22 @@ int64_t PrimitiveData::targetsData(const RootNode& root, const std::string& path
     if (!out) return total;
     if (outSize < total) SORVANE_THROW("In %s:\nOutput buffer is too small", path.c_str());
     uint8_t* bytes = static_cast<uint8_t*>(out);
-    // Targets without the key keep a zero block, so positions stay aligned.
-    std::memset(bytes, 0, static_cast<size_t>(total));
+    // Each block is written once: a target without the key, or the part a
+    // short view leaves, is zeros, so positions stay aligned.
     for (size_t i = 0; i < chosen.size(); ++i) {
+        uint8_t* at = bytes + static_cast<int64_t>(i) * blockBytes;
         const auto& map = (*targets)[static_cast<size_t>(chosen[i])];
         auto found = map.find(key);
-        if (found == map.end()) continue;
+        if (found == map.end()) {
+            std::memset(at, 0, static_cast<size_t>(blockBytes));
+            continue;
+        }
         const AccessorNode& accessor = targetAccessor(root, path, found->second);
         const std::vector<long> dims = BinaryData::getDims(accessor);
         if (dims != block || accessor.getComponentType() != type)
             SORVANE_THROW("In %s:\nUnsupported layout for target %ld", path.c_str(), chosen[i]);
-        BinaryData::getData(accessor, bytes + static_cast<int64_t>(i) * blockBytes, blockBytes);
+        const int64_t got = BinaryData::getData(accessor, at, blockBytes);
+        if (got < blockBytes) std::memset(at + got, 0, static_cast<size_t>(blockBytes - got));
     }
     return total;
 }
@@ -162,7 +294,7 @@ DataTree PrimitiveData::targetsTensor(const RootNode& root, const std::string& p
         BinaryData::getDataSize(targetAccessor(root, path, found->second));
         break;
     }
-    void* block = std::malloc(total > 0 ? static_cast<size_t>(total) : 1);
+    void* block = allocateBlock(static_cast<size_t>(total));
     if (!block) SORVANE_THROW("In %s:\nOut of memory", path.c_str());
     try {
         targetsData(root, path, targets, block, total, key, selection);
@@ -175,99 +307,35 @@ DataTree PrimitiveData::targetsTensor(const RootNode& root, const std::string& p
 
 PrimitiveData::Joints PrimitiveData::joints(const RootNode& root, const std::string& path,
                                             const IntegerMap* attributes, long vertexCount, long jointCount) {
-    const char* p = path.c_str();
-    if (!root.getAccessors()) SORVANE_THROW("Getting joints tensor of %s: There is no accessors", p);
-    if (jointCount < 0) SORVANE_THROW("Getting joints tensor of %s: Invalid joint count %ld", p, jointCount);
-    const bool countGiven = vertexCount >= 0;
-    std::vector<std::vector<double>> jointSets, weightSets;
-    for (long set = 0; attributes; ++set) {
-        const std::string jointsKey = "JOINTS_" + std::to_string(set);
-        auto joints = attributes->find(jointsKey);
-        if (joints == attributes->end()) break;
-        const AccessorNode* jointsAccessor = accessorAt(root, joints->second);
-        if (!jointsAccessor)
-            SORVANE_THROW("Getting joints tensor of %s: No accessor %ld", p, static_cast<long>(joints->second));
-        const std::string weightsKey = "WEIGHTS_" + std::to_string(set);
-        auto weights = attributes->find(weightsKey);
-        if (weights == attributes->end()) SORVANE_THROW("Getting joints tensor of %s: Missing %s", p, weightsKey.c_str());
-        const AccessorNode* weightsAccessor = accessorAt(root, weights->second);
-        if (!weightsAccessor)
-            SORVANE_THROW("Getting joints tensor of %s: No accessor %ld", p, static_cast<long>(weights->second));
-        const std::vector<long> jd = BinaryData::getDims(*jointsAccessor);
-        if (vertexCount < 0 && jd.size() == 2 && jd[1] == 4) vertexCount = jd[0];
-        if (jd.size() != 2 || jd[1] != 4 || jd[0] != vertexCount) {
-            if (countGiven)
-                SORVANE_THROW("Getting joints tensor of %s: Invalid joints layout, expect (%ld, 4)", p, vertexCount);
-            SORVANE_THROW("Getting joints tensor of %s: Invalid joints layout, expect (vertexCount, 4)", p);
-        }
-        const std::vector<long> wd = BinaryData::getDims(*weightsAccessor);
-        if (wd.size() != 2 || wd[1] != 4 || wd[0] != vertexCount) {
-            if (countGiven)
-                SORVANE_THROW("Getting joints tensor of %s: Invalid weights layout, expect (%ld, 4)", p, vertexCount);
-            SORVANE_THROW("Getting joints tensor of %s: Invalid weights layout, expect (vertexCount, 4)", p);
-        }
-        jointSets.emplace_back();
-        readComponents(*jointsAccessor, jointSets.back());
-        weightSets.emplace_back();
-        readComponents(*weightsAccessor, weightSets.back());
-    }
-    if (vertexCount < 0) vertexCount = 0;
-
+    const JointSets sets = openJointSets(root, path, attributes, vertexCount, jointCount);
     Joints result;
-    result.vertexCount = vertexCount;
-    result.jointCount = jointCount;
-    int64_t cells = 0;
-    if (!multiplyFits(vertexCount, jointCount, cells))
-        SORVANE_THROW("Getting joints tensor of %s: Invalid joint count %ld", p, jointCount);
-    result.joints.assign(static_cast<size_t>(cells), 0);
-    result.weights.assign(static_cast<size_t>(cells), 0.0f);
-
-    struct Influence {
-        double joint;
-        double weight;
-    };
-    std::vector<Influence> influences;
-    influences.reserve(jointSets.size() * 4);
-    for (long v = 0; v < vertexCount; ++v) {
-        influences.clear();
-        for (size_t s = 0; s < jointSets.size(); ++s) {
-            for (size_t c = 0; c < 4; ++c) {
-                const size_t at = static_cast<size_t>(v) * 4 + c;
-                Influence next{jointSets[s][at], weightSets[s][at]};
-                // Insertion with a strict comparison: of equal weights the earlier stays in front.
-                size_t pos = influences.size();
-                while (pos > 0 && influences[pos - 1].weight < next.weight) --pos;
-                influences.insert(influences.begin() + static_cast<std::ptrdiff_t>(pos), next);
-            }
-        }
-        const size_t kept = std::min(influences.size(), static_cast<size_t>(jointCount));
-        double sum = 0;
-        for (size_t k = 0; k < kept; ++k) sum += influences[k].weight;
-        uint8_t* joints = result.joints.data() + static_cast<size_t>(v) * static_cast<size_t>(jointCount);
-        float* weights = result.weights.data() + static_cast<size_t>(v) * static_cast<size_t>(jointCount);
-        for (size_t k = 0; k < kept; ++k) {
-            const double joint = influences[k].joint;
-            if (!(joint >= 0 && joint <= 255))
-                SORVANE_THROW("Getting joints tensor of %s: Invalid joint index %g", p, joint);
-            joints[k] = static_cast<uint8_t>(joint);
-            // All-zero weights stay zero rather than dividing by nothing.
-            weights[k] = sum > 0 ? static_cast<float>(influences[k].weight / sum) : 0.0f;
-        }
-    }
+    result.vertexCount = sets.vertexCount;
+    result.jointCount = sets.jointCount;
+    result.joints.resize(static_cast<size_t>(sets.cells));
+    result.weights.resize(static_cast<size_t>(sets.cells));
+    mergeInfluences(sets, path.c_str(), result.joints.data(), result.weights.data());
     return result;
 }
 
 std::pair<DataTree, DataTree> PrimitiveData::jointsTensors(const RootNode& root, const std::string& path,
                                                            const IntegerMap* attributes, long vertexCount,
                                                            long jointCount) {
-    Joints j = joints(root, path, attributes, vertexCount, jointCount);
-    const std::vector<long> dims{j.vertexCount, j.jointCount};
-    // Copied: the const forms do not take the vectors' storage.
-    const void* joints = j.joints.data();
-    const void* weights = j.weights.data();
-    return {DataTree::createTensor(joints, static_cast<long>(j.joints.size()), dims, ScalarType::UInteger8),
-            DataTree::createTensor(weights, static_cast<long>(j.weights.size() * sizeof(float)), dims,
-                                   ScalarType::Float)};
+    const JointSets sets = openJointSets(root, path, attributes, vertexCount, jointCount);
+    // Merged straight into the tensors' blocks.
+    int64_t weightBytes = 0;
+    if (!multiplyFits(sets.cells, static_cast<int64_t>(sizeof(float)), weightBytes)) throw std::bad_alloc();
+    std::unique_ptr<void, FreeBlock> joints(allocateBlock(static_cast<size_t>(sets.cells)));
+    std::unique_ptr<void, FreeBlock> weights(allocateBlock(static_cast<size_t>(weightBytes)));
+    if (!joints || !weights) throw std::bad_alloc();
+    mergeInfluences(sets, path.c_str(), static_cast<uint8_t*>(joints.get()), static_cast<float*>(weights.get()));
+    const std::vector<long> dims{sets.vertexCount, sets.jointCount};
+    DataTree jointsTensor(std::make_shared<datatree::Tensor>(joints.get(), static_cast<long>(sets.cells), dims,
+                                                             ScalarType::UInteger8));
+    joints.release();
+    DataTree weightsTensor(std::make_shared<datatree::Tensor>(weights.get(), static_cast<long>(weightBytes), dims,
+                                                              ScalarType::Float));
+    weights.release();
+    return {jointsTensor, weightsTensor};
 }
 
 } // namespace sorvane::gltf2
