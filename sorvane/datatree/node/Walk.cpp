@@ -122,7 +122,7 @@ Node* deepClone(const Node& container) {
         auto copyOne = [&](const DataTree& item) {
             const Node& source = item.getNode();
             if (!isContainer(source)) return DataTree(source.clone());
-            if (open.count(&source)) SORVANE_THROW("A DataTree that holds itself cannot be copied");
+            if (!open.empty() && open.count(&source)) SORVANE_THROW("A DataTree that holds itself cannot be copied");
             DataTree copy(emptyLike(source));
             todo.push_back({&source, &copy.getNode(), shared(item)});
             return copy;
