@@ -15,6 +15,11 @@
 #include "sorvane/datatree/DataTree.h"
 #include "sorvane/meshio/mesh_gltf.h"
 
+// Keeps the .glb header and chunk lengths consistent so that mutations reach the JSON.
+#if TALVEX_FUZZ_MUTATORS
+#include "mutators/GlbChunks.h"
+#endif
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Removed again when the process ends.
     static const struct Folder {

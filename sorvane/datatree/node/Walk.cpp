@@ -1,6 +1,8 @@
 #include "sorvane/datatree/node/Walk.h"
 
+#include <functional>
 #include <memory>
+#include <unordered_set>
 #include <utility>
 
 #include "sorvane/core/RuntimeException.h"
@@ -41,8 +43,35 @@ Node* emptyLike(const Node& node) {
 
 } // namespace
 
+namespace {
+
+// Only a node that more than one handle refers to can close a cycle (or be
+// met twice through sharing): the walks track just those, so plain trees pay
+// one count read per container.
+bool shared(const DataTree& handle) { return handle.getNodeRef().use_count() > 1; }
+
+struct PairHash {
+    size_t operator()(const std::pair<const Node*, const Node*>& p) const {
+        return std::hash<const void*>()(p.first) * 31 + std::hash<const void*>()(p.second);
+    }
+};
+
+} // namespace
+
 bool deepEquals(const Node& a, const Node& b) {
     std::vector<std::pair<const Node*, const Node*>> todo{{&a, &b}};
+    // Pairs of shared containers already taken up. Meeting one again adds
+    // nothing: its items are compared (or queued) from the first meeting. This
+    // ends the walk over two distinct cyclic trees and keeps shared subtrees
+    // from being compared once per path that reaches them.
+    std::unordered_set<std::pair<const Node*, const Node*>, PairHash> seen;
+    auto queue = [&](const DataTree& x, const DataTree& y) {
+        const Node* xn = &x.getNode();
+        const Node* yn = &y.getNode();
+        if (xn == yn) return;
+        if (isContainer(*xn) && (shared(x) || shared(y)) && !seen.emplace(xn, yn).second) return;
+        todo.emplace_back(xn, yn);
+    };
     while (!todo.empty()) {
         auto [x, y] = todo.back();
         todo.pop_back();
@@ -50,14 +79,14 @@ bool deepEquals(const Node& a, const Node& b) {
         if (const auto* xs = listItems(*x)) {
             const auto* ys = listItems(*y);
             if (!ys || xs->size() != ys->size()) return false;
-            for (size_t i = xs->size(); i-- > 0;) todo.emplace_back(&(*xs)[i].getNode(), &(*ys)[i].getNode());
+            for (size_t i = xs->size(); i-- > 0;) queue((*xs)[i], (*ys)[i]);
         } else if (const auto* xm = objectItems(*x)) {
             const auto* ym = objectItems(*y);
             if (!ym || xm->size() != ym->size()) return false;
             // Both sorted by key: equal key sets pair up in order.
             for (auto xi = xm->begin(), yi = ym->begin(); xi != xm->end(); ++xi, ++yi) {
                 if (xi->first != yi->first) return false;
-                todo.emplace_back(&xi->second.getNode(), &yi->second.getNode());
+                queue(xi->second, yi->second);
             }
         } else if (!x->equals(*y)) {
             return false;
@@ -68,24 +97,43 @@ bool deepEquals(const Node& a, const Node& b) {
 
 Node* deepClone(const Node& container) {
     std::unique_ptr<Node> top(emptyLike(container));
-    std::vector<std::pair<const Node*, Node*>> todo{{&container, top.get()}};
+    // A step copies the items of `from` into `to`; a step with no `to` marks
+    // the end of `from`'s subtree. Shared containers on the path from the top
+    // are kept in `open`: meeting one of them again below itself is a cycle,
+    // whose copy would never end.
+    struct Step {
+        const Node* from;
+        Node* to;
+        bool tracked;
+    };
+    std::vector<Step> todo{{&container, top.get(), false}};
+    std::unordered_set<const Node*> open;
     while (!todo.empty()) {
-        auto [from, to] = todo.back();
+        const Step step = todo.back();
         todo.pop_back();
+        if (!step.to) {
+            open.erase(step.from);
+            continue;
+        }
+        if (step.tracked) {
+            open.insert(step.from);
+            todo.push_back({step.from, nullptr, false});
+        }
         auto copyOne = [&](const DataTree& item) {
             const Node& source = item.getNode();
             if (!isContainer(source)) return DataTree(source.clone());
+            if (!open.empty() && open.count(&source)) SORVANE_THROW("A DataTree that holds itself cannot be copied");
             DataTree copy(emptyLike(source));
-            todo.emplace_back(&source, &copy.getNode());
+            todo.push_back({&source, &copy.getNode(), shared(item)});
             return copy;
         };
-        if (const auto* items = listItems(*from)) {
-            auto* target = Access::items(static_cast<List*>(to));
+        if (const auto* items = listItems(*step.from)) {
+            auto* target = Access::items(static_cast<List*>(step.to));
             target->reserve(items->size());
             for (const DataTree& item : *items) target->push_back(copyOne(item));
         } else {
-            auto* target = Access::items(static_cast<Object*>(to));
-            for (const auto& [name, item] : *objectItems(*from)) target->emplace_hint(target->end(), name, copyOne(item));
+            auto* target = Access::items(static_cast<Object*>(step.to));
+            for (const auto& [name, item] : *objectItems(*step.from)) target->emplace_hint(target->end(), name, copyOne(item));
         }
     }
     return top.release();
