@@ -18,11 +18,12 @@ namespace {
 // one. The advice is a hint; where it is refused nothing changes.
 MemoryFileProvider::BlockPtr newBlock(int64_t size) {
 #ifdef MADV_HUGEPAGE
-    // Mapped on a huge page boundary, so that every page of it can be a huge
-    // one: a block from new[] starts just past a 4 KiB page, and its first
-    // and last partial huge pages fill a page at a time.
     constexpr size_t kHuge = size_t(2) << 20;
-    if (size >= static_cast<int64_t>(4 * kHuge)) {
+    // Past glibc's largest mmap threshold every block is a fresh mapping:
+    // mapped here on a huge page boundary, so that every page of it can be a
+    // huge one (a block from new[] starts just past a 4 KiB page, and its
+    // first and last partial huge pages fill a page at a time).
+    if (size >= static_cast<int64_t>(16 * kHuge)) {
         const size_t length = (static_cast<size_t>(size) + kHuge - 1) & ~(kHuge - 1);
         void* mapped = ::mmap(nullptr, length + kHuge, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (mapped != MAP_FAILED) {
@@ -35,8 +36,18 @@ MemoryFileProvider::BlockPtr newBlock(int64_t size) {
             return MemoryFileProvider::BlockPtr(reinterpret_cast<uint8_t*>(aligned), {length});
         }
     }
-#endif
+    // Below it, glibc may hand back a block freed before, whose pages are
+    // already there; a fresh one is still advised to use huge pages.
+    MemoryFileProvider::BlockPtr block(new uint8_t[static_cast<size_t>(size)], {});
+    if (size >= static_cast<int64_t>(4 * kHuge)) {
+        const uintptr_t begin = (reinterpret_cast<uintptr_t>(block.get()) + kHuge - 1) & ~(kHuge - 1);
+        const uintptr_t end = (reinterpret_cast<uintptr_t>(block.get()) + static_cast<uintptr_t>(size)) & ~(kHuge - 1);
+        if (end > begin) (void)::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    }
+    return block;
+#else
     return MemoryFileProvider::BlockPtr(new uint8_t[static_cast<size_t>(size)], {});
+#endif
 }
 
 } // namespace
