@@ -4,6 +4,7 @@
 #include <iostream>
 #include <map>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "sorvane/arf/Arf.h"
@@ -32,9 +33,11 @@ void ConvertMode::execute() {
         return;
     }
     Arf source = Arf::load(args::get(input), true);
-    Arf target = saveArfAs(source, args::get(output));
-    std::cout << args::get(input) << " (" << source.getStorageMode() << ") -> " << args::get(output) << " ("
-              << target.getStorageMode() << ")" << std::endl;
+    const StorageMode from = source.getStorageMode();
+    // The source's tree becomes the target's: one tree in memory, not two.
+    Arf target = saveArfAs(std::move(source), args::get(output));
+    std::cout << args::get(input) << " (" << from << ") -> " << args::get(output) << " (" << target.getStorageMode()
+              << ")" << std::endl;
 }
 
 } // namespace talvex_app

@@ -20,9 +20,11 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sorvane/archive/MemoryFileProvider.h"
+#include "sorvane/archive/Zip.h"
 #include "sorvane/arf/Arf.h"
 #include "sorvane/arf/ArfCopy.h"
 #include "sorvane/core/file.h"
@@ -40,8 +42,15 @@ double peakMiB() {
     return 0;
 }
 
+// The document's own size: its files, or the entries of its archive as they
+// are once inflated (what a load holds).
 uint64_t documentBytes(const fs::path& path) {
-    if (path.extension() == ".arfz") return fs::file_size(path);
+    if (path.extension() == ".arfz") {
+        const sorvane::archive::Zip zip = sorvane::archive::Zip::open(path);
+        uint64_t total = 0;
+        for (const std::string& name : zip.getAllNames()) total += static_cast<uint64_t>(zip.getDataSize(name));
+        return total;
+    }
     uint64_t total = 0;
     for (const auto& entry : fs::directory_iterator(path.parent_path().empty() ? fs::path(".") : path.parent_path()))
         if (entry.is_regular_file() && entry.path().extension() != ".arfz") total += entry.file_size();
@@ -100,8 +109,8 @@ int make(const fs::path& dir, long megabytes) {
 }
 
 void report(const char* step, const fs::path& path, double before) {
-    const double document = static_cast<double>(documentBytes(path)) / 1048576.0;
     const double after = peakMiB();
+    const double document = static_cast<double>(documentBytes(path)) / 1048576.0;
     std::printf("%s %s: document %.1f MiB, peak %.1f MiB before, %.1f MiB after, growth %.1f MiB = %.2fx document\n",
                 step, path.string().c_str(), document, before, after, after - before, (after - before) / document);
 }
@@ -121,7 +130,7 @@ int save(const fs::path& path, const fs::path& out) {
         const fs::path previous = fs::current_path();
         fs::current_path(out.parent_path());
         // As `talvex convert` does it: every payload read and stored again.
-        saveArfAs(source, out.filename());
+        saveArfAs(std::move(source), out.filename());
         fs::current_path(previous);
     }
     report("load+save", out, before);
@@ -140,7 +149,7 @@ int memory(const fs::path& path) {
     Arf arf = Arf::load(store, "arf.json", AUTO, false);
     report("memory load", path, before);
     before = peakMiB();
-    Arf target = saveArfAs(arf, "memory:");
+    Arf target = saveArfAs(std::move(arf), "memory:");
     report("memory save (into a second memory document)", path, before);
     return 0;
 }

@@ -16,20 +16,46 @@ namespace {
 // A large one asks for huge pages: fresh 4 KiB pages cost a fault each, which
 // makes filling a new block several times slower than copying into a warm
 // one. The advice is a hint; where it is refused nothing changes.
-std::unique_ptr<uint8_t[]> newBlock(int64_t size) {
-    std::unique_ptr<uint8_t[]> block(new uint8_t[static_cast<size_t>(size)]);
+MemoryFileProvider::BlockPtr newBlock(int64_t size) {
 #ifdef MADV_HUGEPAGE
-    constexpr uintptr_t kHuge = uintptr_t(2) << 20;
+    constexpr size_t kHuge = size_t(2) << 20;
+    // Past glibc's largest mmap threshold every block is a fresh mapping:
+    // mapped here on a huge page boundary, so that every page of it can be a
+    // huge one (a block from new[] starts just past a 4 KiB page, and its
+    // first and last partial huge pages fill a page at a time).
+    if (size >= static_cast<int64_t>(16 * kHuge)) {
+        const size_t length = (static_cast<size_t>(size) + kHuge - 1) & ~(kHuge - 1);
+        void* mapped = ::mmap(nullptr, length + kHuge, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (mapped != MAP_FAILED) {
+            const uintptr_t start = reinterpret_cast<uintptr_t>(mapped);
+            const uintptr_t aligned = (start + kHuge - 1) & ~uintptr_t(kHuge - 1);
+            if (aligned > start) ::munmap(mapped, aligned - start);
+            const size_t tail = kHuge - (aligned - start);
+            if (tail > 0) ::munmap(reinterpret_cast<void*>(aligned + length), tail);
+            (void)::madvise(reinterpret_cast<void*>(aligned), length, MADV_HUGEPAGE);
+            return MemoryFileProvider::BlockPtr(reinterpret_cast<uint8_t*>(aligned), {length});
+        }
+    }
+    // Below it, glibc may hand back a block freed before, whose pages are
+    // already there; a fresh one is still advised to use huge pages.
+    MemoryFileProvider::BlockPtr block(new uint8_t[static_cast<size_t>(size)], {});
     if (size >= static_cast<int64_t>(4 * kHuge)) {
         const uintptr_t begin = (reinterpret_cast<uintptr_t>(block.get()) + kHuge - 1) & ~(kHuge - 1);
         const uintptr_t end = (reinterpret_cast<uintptr_t>(block.get()) + static_cast<uintptr_t>(size)) & ~(kHuge - 1);
         if (end > begin) (void)::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
     }
-#endif
     return block;
+#else
+    return MemoryFileProvider::BlockPtr(new uint8_t[static_cast<size_t>(size)], {});
+#endif
 }
 
 } // namespace
+
+void MemoryBlockDelete::operator()(uint8_t* block) const {
+    if (mapped) ::munmap(block, mapped);
+    else delete[] block;
+}
 
 MemoryFileProvider::MemoryFileProvider() = default;
 
@@ -91,7 +117,7 @@ const uint8_t* MemoryFileProvider::view(const std::string& name, int64_t& size) 
     return found.data.get();
 }
 
-void MemoryFileProvider::store(const std::string& canonical, std::unique_ptr<uint8_t[]> data, int64_t size) {
+void MemoryFileProvider::store(const std::string& canonical, BlockPtr data, int64_t size) {
     if (size == 0) {
         Item& emptied = items_[canonical];
         emptied.data.reset();
@@ -109,7 +135,7 @@ void MemoryFileProvider::create(const std::string& name, const void* data, int64
     const std::string canonical = canonizeName(name);
     if (size < 0 || (size > 0 && !data)) SORVANE_THROW("Invalid data for '%s'", canonical.c_str());
     if (size == 0 || items_.count(canonical)) return store(canonical, nullptr, size);
-    std::unique_ptr<uint8_t[]> copy = newBlock(size);
+    BlockPtr copy = newBlock(size);
     std::memcpy(copy.get(), data, static_cast<size_t>(size));
     store(canonical, std::move(copy), size);
 }
@@ -122,7 +148,7 @@ void MemoryFileProvider::createBlocks(const std::string& name, const Block* bloc
             __builtin_add_overflow(size, blocks[i].size, &size))
             SORVANE_THROW("Invalid data for '%s'", canonical.c_str());
     if (size == 0 || items_.count(canonical)) return store(canonical, nullptr, size);
-    std::unique_ptr<uint8_t[]> copy = newBlock(size);
+    BlockPtr copy = newBlock(size);
     uint8_t* at = copy.get();
     for (size_t i = 0; i < count; ++i) {
         if (blocks[i].size > 0) std::memcpy(at, blocks[i].data, static_cast<size_t>(blocks[i].size));
@@ -134,7 +160,7 @@ void MemoryFileProvider::createBlocks(const std::string& name, const Block* bloc
 void MemoryFileProvider::createFromFile(const std::string& name, const std::string& path, bool) {
     const std::string canonical = canonizeName(name);
     detail::ReadFile file(path.c_str());
-    std::unique_ptr<uint8_t[]> data = newBlock(file.size());
+    BlockPtr data = newBlock(file.size());
     file.read(data.get(), file.size());
     store(canonical, std::move(data), file.size());
 }

@@ -1,6 +1,8 @@
 #ifndef SORVANE_ARCHIVE_MEMORYFILEPROVIDER_H
 #define SORVANE_ARCHIVE_MEMORYFILEPROVIDER_H
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -9,15 +11,22 @@
 
 namespace sorvane::archive {
 
+// Frees a block of the memory store: mapped on its own when large, else from new[].
+struct SORVANE_API MemoryBlockDelete {
+    size_t mapped = 0;
+    void operator()(uint8_t* block) const;
+};
+
 // Items in a table in memory, under canonical names. Content is written
 // once: a later create with content leaves the first content in place, a
 // create of size 0 empties the item. Offsets are ignored: reads return the
 // whole item.
 class SORVANE_API MemoryFileProvider : public FileProvider {
 public:
+    using BlockPtr = std::unique_ptr<uint8_t[], MemoryBlockDelete>;
     struct Item {
         int64_t size = 0;
-        std::unique_ptr<uint8_t[]> data;  // null for an emptied item
+        BlockPtr data;  // null for an emptied item
     };
 
     MemoryFileProvider();
@@ -45,7 +54,7 @@ public:
 
 private:
     const Item& item(const std::string& canonical) const;
-    void store(const std::string& canonical, std::unique_ptr<uint8_t[]> data, int64_t size);
+    void store(const std::string& canonical, BlockPtr data, int64_t size);
 
     std::unordered_map<std::string, Item> items_;
 };

@@ -30,6 +30,13 @@ public:
         return text;
     }
 
+    // The text as gathered, for a writer that takes it piece by piece: no
+    // second copy of the whole.
+    std::vector<std::string> takePieces() {
+        buffer_.total = 0;
+        return std::move(buffer_.pieces);
+    }
+
 private:
     struct Buffer : std::streambuf {
         // The first piece grows as a string does, so that a short text costs

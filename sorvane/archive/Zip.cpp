@@ -7,6 +7,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <errno.h>
+#include <unistd.h>
+
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/detail/ReadFile.h"
 
@@ -48,6 +51,10 @@ constexpr uint64_t kVerifyAbove = 16u << 20;
 // inflating up to it.
 constexpr int64_t kCacheLimit = int64_t(256) << 20;
 constexpr int64_t kShortRead = 64 << 10;
+// From this size on, an added entry waits for the close in a file beside the
+// archive rather than in memory: an archive of large payloads is then written
+// without holding all of them at once.
+constexpr int64_t kSpillSize = int64_t(1) << 20;
 
 // Whether the entry really holds `size` bytes, counted without keeping them.
 bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
@@ -62,6 +69,45 @@ bool holdsSize(struct zip* archive, const char* name, uint64_t size) {
 }
 
 } // namespace
+
+// One file beside the archive that large added entries are appended to; it
+// goes when the last entry in it is written or dropped.
+struct Zip::Spill {
+    std::string path;
+    int fd = -1;
+    int64_t size = 0;
+    Spill() = default;
+    Spill(const Spill&) = delete;
+    Spill& operator=(const Spill&) = delete;
+    ~Spill() {
+        if (fd >= 0) ::close(fd);
+        if (!path.empty()) ::unlink(path.c_str());
+    }
+    bool open(const std::string& base) {
+        path = base + ".XXXXXX";
+        fd = ::mkstemp(&path[0]);
+        if (fd < 0) path.clear();
+        return fd >= 0;
+    }
+    // Appends the blocks; false (and the file's end unchanged) on a failed write.
+    bool append(const FileProvider::Block* blocks, size_t count) {
+        int64_t at = size;
+        for (size_t i = 0; i < count; ++i) {
+            const char* bytes = static_cast<const char*>(blocks[i].data);
+            size_t left = static_cast<size_t>(blocks[i].size);
+            while (left > 0) {
+                const ssize_t n = ::pwrite(fd, bytes, std::min(left, size_t(1) << 30), static_cast<off_t>(at));
+                if (n < 0 && errno == EINTR) continue;
+                if (n <= 0) return false;
+                bytes += n;
+                at += n;
+                left -= static_cast<size_t>(n);
+            }
+        }
+        size = at;
+        return true;
+    }
+};
 
 struct Zip::Entry {
     std::string zipName;      // the name libzip knows it by (after the backslash retry)
@@ -86,7 +132,8 @@ Zip::Zip(Zip&& other) noexcept
       compressionMethod_(other.compressionMethod_),
       compressionLevel_(other.compressionLevel_),
       archiveSize_(other.archiveSize_),
-      pending_(std::move(other.pending_)) {
+      pending_(std::move(other.pending_)),
+      spill_(std::move(other.spill_)) {
     other.archive_ = nullptr;
 }
 
@@ -143,6 +190,7 @@ void Zip::finish(bool report) {
     }
     archive_ = nullptr;
     pending_.clear();  // libzip is done with the lent bytes
+    spill_.reset();
     cached_.reset();
     cachedName_.clear();
     if (failure.empty()) return;
@@ -229,7 +277,7 @@ void Zip::findEntry(const std::string& canonical, Entry& entry) const {
     if (found != pending_.end()) {
         entry.pending = &found->second;
         entry.zipName = canonical;
-        if (found->second.block) {
+        if (found->second.block || found->second.spill) {
             entry.size = found->second.size;
         } else {
             detail::ReadFile file(found->second.file.c_str());
@@ -255,7 +303,7 @@ void Zip::readEntry(const Entry& entry, void* out, int64_t count, int64_t offset
                                        static_cast<size_t>(count));
         } else {
             detail::ReadFile file(entry.pending->file.c_str());
-            file.seek(offset);
+            file.seek(entry.pending->offset + offset);
             file.read(out, count);
         }
         return;
@@ -398,6 +446,26 @@ void Zip::createBlocks(const std::string& name, const Block* blocks, size_t coun
         if (blocks[i].size < 0 || (blocks[i].size > 0 && !blocks[i].data) ||
             __builtin_add_overflow(size, blocks[i].size, &size))
             SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), codeText(ZIP_ER_INVAL).c_str());
+    if (size >= kSpillSize) {
+        if (!spill_) {
+            auto spill = std::make_shared<Spill>();
+            if (spill->open(path_.string())) spill_ = std::move(spill);
+        }
+        const int64_t start = spill_ ? spill_->size : 0;
+        if (spill_ && spill_->append(blocks, count)) {
+            Pending pending;
+            pending.spill = spill_;
+            pending.file = spill_->path;
+            pending.offset = start;
+            pending.size = size;
+            zip_source_t* source = zip_source_file(archive_, pending.file.c_str(), static_cast<zip_uint64_t>(start),
+                                                   static_cast<zip_int64_t>(size));
+            if (!source) SORVANE_THROW("Error adding buffer to zip %s: %s", path_.c_str(), zip_strerror(archive_));
+            addSource(canonizeName(name), source, true, false, std::move(pending));
+            return;
+        }
+        // Where no file can be written, the bytes wait in memory as small ones do.
+    }
     void* block = std::malloc(size > 0 ? static_cast<size_t>(size) : 1);
     if (!block) SORVANE_THROW("Error adding buffer to zip %s: not enough memory", path_.c_str());
     char* at = static_cast<char*>(block);

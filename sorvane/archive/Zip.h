@@ -70,10 +70,14 @@ public:
 private:
     // An entry added in this session and not yet written: its bytes (ours,
     // lent to libzip) or the file libzip will read at close.
+    struct Spill;
     struct Pending {
         std::shared_ptr<void> block;
         int64_t size = 0;
         std::string file;
+        // Set when the bytes wait in our spill file, at `offset`, rather than in `block`.
+        std::shared_ptr<Spill> spill;
+        int64_t offset = 0;
     };
     struct Entry;
 
@@ -93,6 +97,7 @@ private:
     uint32_t compressionLevel_ = 6;
     int64_t archiveSize_ = 0;  // size of the file when opened, to check entry sizes against
     std::map<std::string, Pending> pending_;
+    std::shared_ptr<Spill> spill_;  // large added entries, one after the other, until the close
     // The last compressed entry inflated for a read of a part of it: the
     // header and the values of a payload, and a payload read again, are then
     // inflated once. One entry at most, dropped on close and on any change.

@@ -137,6 +137,10 @@ public:
     }
 };
 
+class Arf;
+// See ArfCopy.h.
+SORVANE_API Arf saveArfAs(Arf&& source, const std::filesystem::path& path);
+
 // The handle of one ARF document. Copies share the document; accessors taken
 // from it keep the document alive on their own.
 class SORVANE_API Arf {
@@ -192,6 +196,7 @@ public:
     std::shared_ptr<archive::FileProvider> getFileProvider() const;
 
 private:
+    friend Arf saveArfAs(Arf&& source, const std::filesystem::path& path);
     explicit Arf(std::shared_ptr<RootNode> root, bool readOnly);
     static Arf fromPath(const std::filesystem::path& path, bool load, bool readOnly);
     static Arf fromText(std::string_view path, bool load, bool readOnly);

@@ -1,6 +1,7 @@
 #include "sorvane/arf/ArfCopy.h"
 
 #include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,9 +12,65 @@
 
 namespace sorvane::arf {
 
-Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
+namespace {
+
+void makeParentFolder(const std::filesystem::path& path) {
     if (Arf::detectStorageMode(path) != MEMORY_ONLY && path.has_parent_path())
         std::filesystem::create_directories(path.parent_path());
+}
+
+// How many items use each uri: a file of its own keeps its name in the copy,
+// parts of a shared file get names of their own.
+std::map<std::string, int> countUses(const DataNodes& items) {
+    std::map<std::string, int> uses;
+    const int64_t count = items.getNodeSize();
+    for (int64_t i = 0; i < count; ++i) ++uses[items.getByIndex(i)->getUri()];
+    return uses;
+}
+
+// What a payload is copied with: read while the item is still there, since
+// the moving copy takes the item away before it adds the new one.
+struct PayloadCopy {
+    std::string bytes;
+    std::string uri;
+    std::string name;
+    std::string type;
+    int64_t id = 0;
+    bool embedded = false;
+    std::optional<std::string> compression;
+    std::optional<int64_t> protection;
+};
+
+PayloadCopy readPayload(Data item) {
+    PayloadCopy copy;
+    copy.uri = item.uri.get();
+    copy.embedded = copy.uri.rfind("data:", 0) == 0;
+    // Sized by the checked read: a stored "byteLength" alone could claim any size.
+    copy.bytes = item.getString();
+    copy.name = item.name.get();
+    copy.type = item.type.get();
+    copy.id = item.id.get();
+    if (item.compression.isPropertyPresent()) copy.compression = item.compression.get();
+    if (item.protection.isPropertyPresent()) copy.protection = item.protection.get();
+    return copy;
+}
+
+// Stores the payload where the target's storage mode puts it.
+void addPayload(const PayloadCopy& payload, Arf& target, const std::map<std::string, int>& uses) {
+    static const char none = 0;
+    const auto found = uses.find(payload.uri);
+    const char* keep = !payload.embedded && found != uses.end() && found->second == 1 ? payload.uri.c_str() : nullptr;
+    Data copy = target.data.addContent(payload.bytes.empty() ? &none : payload.bytes.data(),
+                                       static_cast<int64_t>(payload.bytes.size()), payload.embedded,
+                                       payload.type.c_str(), keep, payload.name.c_str(), payload.id);
+    if (payload.compression) copy.compression.set(*payload.compression);
+    if (payload.protection) copy.protection.set(*payload.protection);
+}
+
+} // namespace
+
+Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
+    makeParentFolder(path);
     Arf target = Arf::create(path);
     // The tree goes across as its JSON text, read into the new document; the
     // text is dropped before the payloads are copied, so it adds nothing to
@@ -23,31 +80,56 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
         archive::JsonImporter importer(text.data(), text.size());
         target.fromJson(importer);
     }
-    // Payloads go across one by one: each is read from the source, wherever
-    // it lies (own file, shared file, archive entry, "data:" uri), and stored
-    // again where the target's storage mode puts it.
     auto& items = *target.getRoot()->getData();
+    const auto uses = countUses(items);
     const int64_t count = items.getNodeSize();
-    std::map<std::string, int> uses;
-    for (int64_t i = 0; i < count; ++i) ++uses[items.getByIndex(i)->getUri()];
     for (int64_t i = 0; i < count; ++i) items.removeByIndex(0);
     auto sourceItems = source.data.get();
-    for (int64_t i = 0; i < count; ++i) {
-        Data item = sourceItems.getByIndex(i);
-        const std::string uri = item.uri.get();
-        const bool embedded = uri.rfind("data:", 0) == 0;
-        // Sized by the checked read: a stored "byteLength" alone could claim any size.
-        const std::string bytes = item.getString();
-        static const char none = 0;
-        // A file of its own keeps its name; parts of a shared file get names of their own.
-        const char* keep = !embedded && uses[uri] == 1 ? uri.c_str() : nullptr;
-        const std::string name = item.name.get();
-        const std::string type = item.type.get();
-        Data copy = target.data.addContent(bytes.empty() ? &none : bytes.data(), static_cast<int64_t>(bytes.size()),
-                                           embedded, type.c_str(), keep, name.c_str(), item.id.get());
-        if (item.compression.isPropertyPresent()) copy.compression.set(item.compression.get());
-        if (item.protection.isPropertyPresent()) copy.protection.set(item.protection.get());
+    for (int64_t i = 0; i < count; ++i) addPayload(readPayload(sourceItems.getByIndex(i)), target, uses);
+    target.save();
+    return target;
+}
+
+Arf saveArfAs(Arf&& source, const std::filesystem::path& path) {
+    makeParentFolder(path);
+    const std::shared_ptr<RootNode> root = source.getRoot();
+    // The new storage, as creating a document there makes it.
+    std::shared_ptr<archive::FileProvider> provider;
+    std::string mainFileName;
+    StorageMode mode = AUTO;
+    {
+        const Arf empty = Arf::create(path);
+        provider = empty.getFileProvider();
+        mainFileName = empty.getMainFileName();
+        mode = empty.getStorageMode();
     }
+    const std::shared_ptr<archive::FileProvider> oldProvider = root->getFileProvider();
+    const std::string oldMainFileName = root->getMainFileName();
+    const StorageMode oldMode = root->getStorageMode();
+    // Bytes kept for the new files would be found under old names.
+    const bool keepRawData = root->getKeepRawData();
+    root->setKeepRawData(false);
+    Arf target(root, false);
+    try {
+        const auto& items = root->getData();
+        const int64_t count = items ? items->getNodeSize() : 0;
+        const auto uses = items ? countUses(*items) : std::map<std::string, int>();
+        // One payload at a time: read from the old storage, then the item is
+        // replaced by one at the end of the list, stored in the new one.
+        for (int64_t i = 0; i < count; ++i) {
+            const PayloadCopy payload = readPayload(target.data.get().getByIndex(0));
+            root->__setStorage(provider, mainFileName, mode);
+            items->removeByIndex(0);
+            addPayload(payload, target, uses);
+            root->__setStorage(oldProvider, oldMainFileName, oldMode);
+        }
+    } catch (...) {
+        root->__setStorage(oldProvider, oldMainFileName, oldMode);
+        root->setKeepRawData(keepRawData);
+        throw;
+    }
+    root->__setStorage(provider, mainFileName, mode);
+    root->setKeepRawData(keepRawData);
     target.save();
     return target;
 }

@@ -15,6 +15,12 @@ namespace sorvane::arf {
 // stay embedded, a payload in a file of its own keeps the file's name. The
 // source document is left as it is.
 SORVANE_API Arf saveArfAs(const Arf& source, const std::filesystem::path& path);
+// The same, taking the source's tree instead of copying it: the tree is
+// pointed at the new storage and every payload moved there one by one, so
+// that only one tree is ever held. Every handle of the source sees the new
+// document afterwards; after a failure the source is valid but may have some
+// payloads in the new storage already.
+SORVANE_API Arf saveArfAs(Arf&& source, const std::filesystem::path& path);
 
 } // namespace sorvane::arf
 

@@ -80,3 +80,27 @@ TEST(MemoryFileProvider, CreateFromFile) {
     EXPECT_EQ(failure([&] { memory.createFromFile("m", missing, true); }), "Error when opening '" + missing + "'");
     EXPECT_FALSE(memory.exists("m"));
 }
+
+// Blocks on both sides of the size from which the store maps its own blocks:
+// every byte up to the last is kept, and emptying or dropping them frees them
+// (the sanitizer build checks the mapping is released the way it was made).
+TEST(MemoryFileProvider, LargeBlocksKeepEveryByte) {
+    for (const size_t size : {size_t(32) << 20, (size_t(32) << 20) + 4097, (size_t(16) << 20) + 3}) {
+        SCOPED_TRACE(size);
+        std::vector<uint8_t> bytes(size);
+        for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(i * 131 + (i >> 12));
+        MemoryFileProvider memory;
+        const FileProvider::Block blocks[] = {{bytes.data(), 5}, {bytes.data() + 5, static_cast<int64_t>(size - 5)}};
+        memory.createBlocks("big.bin", blocks, 2);
+        int64_t stored = 0;
+        const uint8_t* view = memory.view("big.bin", stored);
+        ASSERT_EQ(stored, static_cast<int64_t>(size));
+        EXPECT_EQ(std::memcmp(view, bytes.data(), size), 0);
+        uint8_t tail[7] = {};
+        memory.getRange(tail, 7, "big.bin", static_cast<int64_t>(size) - 7);
+        EXPECT_EQ(std::memcmp(tail, bytes.data() + size - 7, 7), 0);
+        memory.create("copy.bin", bytes.data(), static_cast<int64_t>(size));
+        memory.create("copy.bin", nullptr, 0);
+        EXPECT_EQ(memory.getDataSize("copy.bin"), 0);
+    }
+}

@@ -163,6 +163,53 @@ TEST(Zip, PendingItemsReadBeforeClose) {
     EXPECT_EQ(reopened.getString("c.txt", 0), "replaced");
 }
 
+// Large entries wait for the close in one file beside the archive: readable
+// before the close from where they lie in it, and the file gone after a close
+// and after a close that never came (the destructor's).
+TEST(Zip, LargeEntriesWaitInFiles) {
+    const fs::path dir = scratch("zip-spill");
+    const fs::path path = dir / "large.zip";
+    const std::string big = pattern(9u << 20);
+    auto filesBeside = [&] {
+        size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(dir)) count += entry.path() != path;
+        return count;
+    };
+    {
+        Zip zip = Zip::create(path);
+        const size_t half = big.size() / 2;
+        const FileProvider::Block blocks[] = {{big.data(), static_cast<int64_t>(half)},
+                                              {big.data() + half, static_cast<int64_t>(big.size() - half)}};
+        zip.createBlocks("big.bin", blocks, 2);
+        zip.createBlocks("other.bin", blocks, 2);
+        EXPECT_EQ(filesBeside(), 1u);
+        EXPECT_EQ(zip.getDataSize("big.bin"), static_cast<int64_t>(big.size()));
+        EXPECT_EQ(zip.getString("big.bin", 0), big);
+        char buffer[16] = {};
+        zip.getRange(buffer, 16, "big.bin", static_cast<int64_t>(half) - 8);
+        EXPECT_EQ(std::string(buffer, 16), big.substr(half - 8, 16));
+        EXPECT_EQ(zip.getData(buffer, 16, "big.bin", static_cast<int64_t>(big.size()) - 16), 16);
+        EXPECT_EQ(std::string(buffer, 16), big.substr(big.size() - 16));
+        zip.create("other.bin", std::string("small now"));
+        EXPECT_EQ(zip.getString("other.bin", 0), "small now");
+        EXPECT_EQ(zip.getString("big.bin", 0), big);
+        zip.close();
+        EXPECT_EQ(filesBeside(), 0u);
+    }
+    {
+        Zip reopened = Zip::open(path);
+        EXPECT_EQ(reopened.getString("big.bin", 0), big);
+        EXPECT_EQ(reopened.getString("other.bin", 0), "small now");
+    }
+    {
+        Zip unclosed = Zip::create(dir / "unclosed.zip");
+        unclosed.create("big.bin", big);
+    }
+    EXPECT_EQ(Zip::open(dir / "unclosed.zip").getString("big.bin", 0), big);
+    fs::remove(dir / "unclosed.zip");
+    EXPECT_EQ(filesBeside(), 0u);
+}
+
 TEST(Zip, ReopenForChangesKeepsEntries) {
     const fs::path dir = scratch("zip-reopen");
     const fs::path path = dir / "keep.zip";

@@ -8,6 +8,7 @@
 #include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
 #include "sorvane/archive/MemoryFileProvider.h"
+#include "sorvane/archive/StringSink.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/core/file.h"
 
@@ -145,8 +146,28 @@ void RootNode::save() const {
     default: SORVANE_THROW("Unsupported storage mode");
     }
     if (!provider) SORVANE_THROW("No file provider");
-    provider->create(name, toJsonString());
+    // The text goes to the store in the pieces it was written in: joined, it
+    // would be held twice for a moment, the largest part of a save's peak.
+    archive::StringSink sink;
+    {
+        archive::JsonExporter exporter(sink);
+        toJson(exporter);
+    }
+    const std::vector<std::string> pieces = sink.takePieces();
+    std::vector<archive::FileProvider::Block> blocks;
+    blocks.reserve(pieces.size());
+    for (const std::string& piece : pieces) blocks.push_back({piece.data(), static_cast<int64_t>(piece.size())});
+    provider->createBlocks(name, blocks.data(), blocks.size());
     provider->close();
+}
+
+void RootNode::__setStorage(const std::shared_ptr<archive::FileProvider>& provider_, const std::string& mainFileName_,
+                            StorageMode storageMode_) {
+    provider = provider_;
+    mainFileName = mainFileName_;
+    storageMode = storageMode_;
+    // Kept bytes are named after the other storage's files.
+    rawDataCache.clear();
 }
 
 void RootNode::close() {

@@ -51,6 +51,10 @@ public:
     // Writes the JSON through the provider, then closes the provider.
     void save() const;
     void close();
+    // Points the tree at another storage. Nothing is read or written: the
+    // caller moves the payloads (the copy into another storage mode).
+    void __setStorage(const std::shared_ptr<archive::FileProvider>& provider, const std::string& mainFileName,
+                      StorageMode storageMode);
 
     // A file name for a payload: the uri when given and usable, else built
     // from the main file name, the item's name and id, and the extension.
