@@ -18,14 +18,21 @@ void AbstractNode::setNodeParent(const Ref& parent_) {
     parent = parent_;
     if (!parent_) {
         root.reset();
+        rootReferences = nullptr;
         return;
     }
     // Direct children of the root take the root from the parent itself,
     // everything deeper from the chain. The parent's link is read in place
     // (no class overrides getNodeRoot): a returned copy costs two more
     // atomic counts per node of a load.
-    if (!parent_->root.expired()) root = parent_->root;
-    else root = std::dynamic_pointer_cast<RootNode>(parent_);
+    if (!parent_->root.expired()) {
+        root = parent_->root;
+        rootReferences = parent_->rootReferences;
+        return;
+    }
+    std::shared_ptr<RootNode> asRoot = std::dynamic_pointer_cast<RootNode>(parent_);
+    root = asRoot;
+    rootReferences = asRoot ? &asRoot->referenceListCache() : nullptr;
 }
 
 bool AbstractNode::isNodePresent() const {

@@ -4,6 +4,7 @@
 
 class AbstractNode;
 class RootNode;
+struct ReferenceListCache;
 
 // The parent handed to a node's constructor: a shared or a weak reference to
 // any node class.
@@ -92,6 +93,10 @@ protected:
     [[noreturn]] void failNotInteger() const;
 
     std::weak_ptr<RootNode> root;
+    // The reference cache of the root, for the reference checks that would
+    // otherwise lock the root for each id: use only while `root` has not
+    // expired. Set and cleared with `root`.
+    ReferenceListCache* rootReferences = nullptr;
     WeakRef parent;
 };
 
