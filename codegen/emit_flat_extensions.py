@@ -77,11 +77,54 @@ class FlatExtensionEmitter:
                                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return a.{m}.addPtr({', '.join(args)}); }});",
                                     doc=f'Adds a {target.name} to the child list "{f.key}", made when absent, and gives it '
                                     "as a new handle; arguments after self: " + (", ".join(params) or "none") + "."))
+        fns += self.payload_functions(record, f)
         if f.is_list:
             fns.append(Function(f"{p}remove{C}Item", [h, "int64_t index"],
                                 f"return flat::call({null}, self, [&](auto& a) {{ a.{m}.remove(index); }});",
                                 doc=f'Removes the entry of "{f.key}" at this position.'))
         return fns
+
+    def payload_functions(self, record, f):
+        """The payload reads of the data item a reference names, in one call:
+        the forms of the item's own functions with the reference's name in
+        front (and the position last for an entry of a list)."""
+        if f.type not in ("ref", "refs"):
+            return []
+        target = f.target_record(self.records)
+        if target is None or target.name != "Data":
+            return []
+        null = cstr(lower_first(record.name) + " is NULL")
+        h = f"{handle(record)}* self"
+        m = member_var(f)
+        X = f"{handle(record)}_get{f.cap}" + ("Item" if f.type == "refs" else "")
+        ref = f"a.{m}[index]" if f.type == "refs" else f"a.{m}"
+        pos = ["int64_t index"] if f.type == "refs" else []
+        what = f"the data item {f.key}[index] names" if f.type == "refs" else f"the data item {f.key} names"
+        return [
+            Function(f"{X}DataSize", ["int64_t* out", h] + pos,
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return {ref}.getDataSize(); }});",
+                     doc=f"bytes of the payload of {what}"),
+            Function(f"{X}Data", ["int64_t* out", "void* buffer", "int64_t bufferSize", h] + pos,
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return {ref}.getData(buffer, bufferSize); }});",
+                     doc=f"copies the payload of {what}, as sorvane_arf_Data_getData"),
+            Function(f"{X}TensorPtr", ["DataTree** out", h] + pos,
+                     f"return flat::get(out, {null}, self, [&](auto& a) {{ return {ref}.getTensorPtr(); }});",
+                     doc=f"the decoded payload of {what} as a new DataTree tensor"),
+            Function(f"{X}TensorData", ["int64_t* out", "int32_t* pdtype", "int64_t* dims", "int64_t dimsCapacity",
+                                        "int64_t* pdimCount", "void* buffer", "int64_t bufferSize", h] + pos,
+                     f"return flat::tensorData(out, pdtype, dims, dimsCapacity, pdimCount, {null}, self,\n"
+                     f"        [&](auto& a, std::vector<long>& sizes, sorvane::arf::DataDType& dtype) {{\n"
+                     f"            return {ref}.getTensorData(sizes, dtype, buffer, bufferSize);\n"
+                     f"        }});",
+                     doc=f"decodes the payload of {what}, as sorvane_arf_Data_getTensorData"),
+            Function(f"{X}ColSparseTensorPtr", ["DataTree** values", "DataTree** indices", h] + pos
+                     + ["int64_t minCols", "int64_t maxCols", "bool normalize"],
+                     f"return flat::colSparseTensor(values, indices, {null}, self, [&](auto& a) {{\n"
+                     f"        return {ref}.getColSparseTensor(minCols, maxCols, normalize);\n"
+                     f"    }});",
+                     doc=f"the compact form of the matrix payload of {what}, as "
+                     "sorvane_arf_Data_getColSparseTensorPtr"),
+        ]
 
     def functions(self, record):
         fns = []
@@ -98,7 +141,7 @@ class FlatExtensionEmitter:
             o.append(f'#include "sorvane/{accessor_source(r)}.h"')
             if r.has_list:
                 o.append(f'#include "sorvane/{list_accessor_source(r)}.h"')
-        o += ['#include "sorvane/flat/Frame.h"', '#include "sorvane/sorvane.h"', "",
+        o += ['#include "sorvane/flat/DataFrame.h"', '#include "sorvane/flat/Frame.h"', '#include "sorvane/sorvane.h"', "",
               "namespace flat = sorvane::flat;", "", 'extern "C" {', ""]
         for r in self.of_module(module):
             for fn in self.functions(r):
@@ -113,7 +156,8 @@ class FlatExtensionEmitter:
              f" * documents. Included by sorvane/flat/sorvane_{module}_extensions.h. */",
              f"#ifndef SORVANE_FLAT_SORVANE_{M}_EXTENSIONS_GENERATED_H",
              f"#define SORVANE_FLAT_SORVANE_{M}_EXTENSIONS_GENERATED_H", "",
-             f'#include "sorvane/flat/sorvane_{module}_generated.h"', "",
+             f'#include "sorvane/flat/sorvane_{module}_generated.h"',
+             '#include "sorvane/flat/sorvane_datatree.h"', "",
              "#ifdef __cplusplus", 'extern "C" {', "#endif", ""]
         for r in self.of_module(module):
             fns = self.functions(r)

@@ -1,5 +1,5 @@
-// skeleton: the node tree, the joints of each skeleton and each node's
-// matrix; optionally an SVG drawing of the rest pose.
+// skeleton: the node tree, the joints of each skeleton, each node's matrix
+// and the skins; optionally an SVG drawing of the rest pose.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -160,9 +160,10 @@ public:
           file(p, "FILE", "a .arf/.json main file, a .arfz/.zip archive or memory:JSON", args::Options::Required),
           svg(p, "OUT.svg", "also draw the rest pose into an SVG file", {"svg"}),
           plane(p, "PLANE", "the plane of the drawing: xy (default), xz or zy", {"plane"}, "xy") {
-        p.Description("Prints the node tree with each node's matrix and the joints of each skeleton, reporting "
-                      "conflicting transforms and dangling references instead of stopping; --svg draws the rest "
-                      "pose (world positions from the parent chain, bones as lines, joint names).");
+        p.Description("Prints the node tree with each node's matrix, the joints of each skeleton and each skin "
+                      "(mesh, joints, inverse bind matrix, weights), reporting conflicting transforms, dangling "
+                      "references and unreadable payloads instead of stopping; --svg draws the rest pose (world "
+                      "positions from the parent chain, bones as lines, joint names).");
     }
 
     void execute() override {
@@ -216,11 +217,81 @@ public:
                 else ++problems;
             }
         }
+        printSkins(out, components, scene, problems);
         out << problems << " problem(s)\n";
         if (svg) writeSvg(args::get(svg), scene, jointNodes, axes);
     }
 
 private:
+    // Each skin with its mesh, its skeleton's joints and inverse bind
+    // matrices, and its weights; dangling references and unreadable payloads
+    // are reported in place.
+    void printSkins(std::ostream& out, Components& components, const Scene& scene, int& problems) {
+        auto skins = components.skins.get();
+        const int64_t count = skins.isPropertyPresent() ? skins.size() : 0;
+        out << "skins: " << count << "\n";
+        for (int64_t i = 0; i < count; ++i) {
+            Skin skin = skins.getByIndex(i);
+            out << "  skin " << skin.id.get() << " \"" << skin.name.get() << "\" mesh " << skin.mesh.getIndex();
+            try {
+                const std::string mesh = skin.mesh.get().name.get();
+                out << " (" << mesh << ")";
+            } catch (const std::exception&) {
+                out << " (dangling)";
+                ++problems;
+            }
+            std::optional<Skeleton> skeleton;
+            if (skin.skeleton.isPropertyPresent()) {
+                out << ", skeleton " << skin.skeleton.getIndex();
+                try {
+                    skeleton = skin.skeleton.get();
+                    out << " (" << skeleton->name.get() << ")";
+                } catch (const std::exception&) {
+                    out << " (dangling)";
+                    ++problems;
+                }
+            } else {
+                out << ", no skeleton";
+            }
+            out << "\n";
+            if (skeleton) {
+                auto joints = skeleton->joints.get();
+                out << "    joints (" << joints.size() << "):";
+                for (int64_t j = 0; j < joints.size(); ++j) {
+                    const int64_t node = joints.getByIndex(j).node_.getIndex();
+                    out << (j ? ", " : " ") << scene.label(node);
+                }
+                out << "\n    inverseBindMatrix: ";
+                if (skeleton->inverseBindMatrix.isPropertyPresent())
+                    printPayload(out, skeleton->inverseBindMatrix.getIndex(), skeleton->inverseBindMatrix, problems);
+                else
+                    out << "none\n";
+            }
+            if (skin.weights.isPropertyPresent()) {
+                out << "    weights: ";
+                printPayload(out, skin.weights.getIndex(), skin.weights, problems);
+            }
+        }
+    }
+
+    // "data ID, TYPE [DIMS]" from the payload header alone.
+    template <class Reference>
+    static void printPayload(std::ostream& out, int64_t id, const Reference& reference, int& problems) {
+        out << "data " << id;
+        try {
+            std::vector<long> sizes;
+            DataDType dtype = DATA_DTYPE_NONE;
+            reference.getTensorData(sizes, dtype, nullptr, 0);
+            out << ", " << dtype << " [";
+            for (size_t k = 0; k < sizes.size(); ++k) out << (k ? ", " : "") << sizes[k];
+            out << "]";
+        } catch (const std::exception& e) {
+            out << " (" << messageOf(e) << ")";
+            ++problems;
+        }
+        out << "\n";
+    }
+
     // Depth first through the "parent" links, with an explicit stack.
     void printTree(std::ostream& out, const Scene& scene, const SceneNode& top, int depth, std::set<int64_t>& shown,
                    int& problems) {

@@ -4,6 +4,7 @@
 
 #include "sorvane/arf/property/data/DataList.h"
 #include "sorvane/datatree/DataTree.h"
+#include "sorvane/flat/DataFrame.h"
 #include "sorvane/flat/Frame.h"
 #include "sorvane/gltf2/Gltf.h"
 #include "sorvane/sorvane.h"
@@ -43,18 +44,10 @@ int32_t sorvane_arf_Data_getTensorPtr(DataTree** out, sorvane_arf_Data* self) {
 
 int32_t sorvane_arf_Data_getTensorData(int64_t* out, int32_t* pdtype, int64_t* dims, int64_t dimsCapacity,
                                        int64_t* pdimCount, void* buffer, int64_t bufferSize, sorvane_arf_Data* self) {
-    // self, then out, then the other pointers.
-    if (self && out && !pdtype) return flat::fail("pdtype is NULL");
-    if (self && out && !pdimCount) return flat::fail("pdimCount is NULL");
-    return flat::get(out, kData, self, [&](Data& d) {
-        std::vector<long> sizes;
-        sorvane::arf::DataDType dtype = sorvane::arf::DATA_DTYPE_NONE;
-        const int64_t bytes = d.getTensorData(sizes, dtype, buffer, bufferSize);
-        *pdtype = dtype;
-        *pdimCount = static_cast<int64_t>(sizes.size());
-        for (size_t i = 0; dims && i < sizes.size() && static_cast<int64_t>(i) < dimsCapacity; ++i) dims[i] = sizes[i];
-        return bytes;
-    });
+    return flat::tensorData(out, pdtype, dims, dimsCapacity, pdimCount, kData, self,
+                            [&](Data& d, std::vector<long>& sizes, sorvane::arf::DataDType& dtype) {
+                                return d.getTensorData(sizes, dtype, buffer, bufferSize);
+                            });
 }
 
 int32_t sorvane_arf_Data_getGltf(sorvane_gltf2_Gltf** out, sorvane_arf_Data* self, bool readOnly) {
@@ -63,15 +56,8 @@ int32_t sorvane_arf_Data_getGltf(sorvane_gltf2_Gltf** out, sorvane_arf_Data* sel
 
 int32_t sorvane_arf_Data_getColSparseTensorPtr(DataTree** values, DataTree** indices, sorvane_arf_Data* self,
                                                int64_t minCols, int64_t maxCols, bool normalize) {
-    if (!self) return flat::fail(kData);
-    if (!values) return flat::fail("values is NULL");
-    if (!indices) return flat::fail("indices is NULL");
-    return flat::guard([&] {
-        auto pair = self->getColSparseTensor(minCols, maxCols, normalize);
-        auto v = std::make_unique<DataTree>(pair.first);
-        *indices = new DataTree(pair.second);
-        *values = v.release();
-    });
+    return flat::colSparseTensor(values, indices, kData, self,
+                                 [&](Data& d) { return d.getColSparseTensor(minCols, maxCols, normalize); });
 }
 
 int32_t sorvane_arf_DataList_addDense(sorvane_arf_Data** out, sorvane_arf_DataList* self, const void* buffer,

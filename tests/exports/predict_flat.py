@@ -50,9 +50,17 @@ def member(records, record, f):
     return names
 
 
-def extensions(record, f):
+PAYLOAD_READS = ("DataSize", "Data", "TensorPtr", "TensorData", "ColSparseTensorPtr")
+
+
+def extensions(records, record, f):
     X = f.key[0].upper() + f.key[1:]
     names = []
+    if f.type in ("ref", "refs"):
+        target = f.target_record(records)
+        if target is not None and target.name == "Data":
+            item = "Item" if f.type == "refs" else ""
+            names += [f"get{X}{item}{read}" for read in PAYLOAD_READS]
     if f.type == "refs":
         names.append(f"add{X}ItemValue")
     if f.type == "list":
@@ -80,7 +88,7 @@ def main():
         for f in r.fields:
             ops += member(records, r, f)
         out += [f"family {A}_{op}" for op in ops]
-        out += [f"extension {A}_{op}" for f in r.fields for op in extensions(r, f)]
+        out += [f"extension {A}_{op}" for f in r.fields for op in extensions(records, r, f)]
         if r.has_list:
             L = f"{A}List"
             out += [f"family {L}_{op}" for op in COMMON + LIST_OPS]

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "sorvane/arf/node/AbstractNode.h"
+#include "sorvane/arf/node/IdItemListBase.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::arf {

@@ -20,6 +20,7 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
     if (!parent_) {
         parent.reset();
         root.reset();
+        rootReferences = nullptr;
         return;
     }
     // The parent is held by a shared reference meanwhile, so its own weak
@@ -28,9 +29,18 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
     // root from the parent itself, everything deeper from the chain; the
     // parent's link is read in place (no class overrides getNodeRoot).
     parent = parent_->weak_from_this();
-    if (!parent_->root.expired()) root = parent_->root;
-    else if (auto* top = dynamic_cast<RootNode*>(parent_)) root = std::shared_ptr<RootNode>(parent_->shared_from_this(), top);
-    else root.reset();
+    if (!parent_->root.expired()) {
+        root = parent_->root;
+        rootReferences = parent_->rootReferences;
+        return;
+    }
+    if (auto* top = dynamic_cast<RootNode*>(parent_)) {
+        root = std::shared_ptr<RootNode>(parent_->shared_from_this(), top);
+        rootReferences = &top->referenceListCache();
+    } else {
+        root.reset();
+        rootReferences = nullptr;
+    }
 }
 
 bool AbstractNode::isNodePresent() const {

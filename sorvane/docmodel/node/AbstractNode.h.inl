@@ -4,6 +4,7 @@
 
 class AbstractNode;
 class RootNode;
+struct ReferenceListCache;
 
 // The parent handed to a node's constructor: a shared or a weak reference to
 // any node class. A shared one is only looked at, not copied: the caller
@@ -100,6 +101,10 @@ private:
 
 protected:
     std::weak_ptr<RootNode> root;
+    // The reference cache of the root, for the reference checks that would
+    // otherwise lock the root for each id: use only while `root` has not
+    // expired. Set and cleared with `root`.
+    ReferenceListCache* rootReferences = nullptr;
     WeakRef parent;
 };
 

@@ -2,22 +2,6 @@
 // and namespace sorvane::gltf2, where RootNode and the other names resolve
 // to the module's own classes.
 
-// What reference setters need of a target list, whatever its record class.
-class SORVANE_API IdItemListBase {
-public:
-    virtual ~IdItemListBase();
-    virtual int64_t findNodeItemIndexById(int64_t id) const = 0;
-    virtual int64_t findNodeItemIdByName(const std::string& name) const = 0;
-    virtual std::optional<int64_t> getNodeItemFreeId() const = 0;
-
-    // Told by a record of the list when its id or name changed, so that the
-    // lookups above stay right.
-    virtual void nodeItemIdChanged(const AbstractNode* item, int64_t oldId, int64_t newId) const {
-        (void)item, (void)oldId, (void)newId;
-    }
-    virtual void nodeItemsChanged() const {}
-};
-
 // A JSON array of records of one class. The record class gives the type
 // names (kTypeName, kListTypeName) and whether its items have names.
 template <class Record>
@@ -108,8 +92,7 @@ public:
     // The first item with the id, as a scan would find it.
     int64_t findNodeItemIndexById(int64_t id) const override {
         refreshIndex();
-        auto it = ids.find(id);
-        return it == ids.end() ? -1 : it->second;
+        return ids.find(id);
     }
 
     int64_t findNodeItemIdByName(const std::string& name) const override {
@@ -150,14 +133,13 @@ public:
             indexStale = true;
             return;
         }
-        auto it = ids.find(oldId);
-        if (it == ids.end() || this->items[static_cast<size_t>(it->second)].get() != item || oldId == largestId) {
+        const int64_t index = ids.find(oldId);
+        if (index < 0 || this->items[static_cast<size_t>(index)].get() != item || oldId == largestId) {
             indexStale = true;
             return;
         }
-        const int64_t index = it->second;
-        ids.erase(it);
-        if (!ids.emplace(newId, index).second) indexStale = true;
+        ids.erase(oldId);
+        if (!ids.insert(newId, index)) indexStale = true;
         if (newId > largestId) largestId = newId;
     }
 
@@ -190,17 +172,15 @@ private:
             const auto& item = items[indexed];
             if (!item) continue;  // left by the generic append; found by nothing
             const int64_t id = item->getId();
-            if (!ids.emplace(id, static_cast<int64_t>(indexed)).second) sharedIds = true;
+            if (!ids.insert(id, static_cast<int64_t>(indexed))) sharedIds = true;
             if (id > largestId) largestId = id;
             if constexpr (Record::kHasName) names.emplace(item->getItemName(), static_cast<int64_t>(indexed));
         }
     }
 
-    // First position of each id and name; `indexed` items are in them.
-    mutable std::unordered_map<int64_t, int64_t> ids;
+    // First position of each name (ids: in the base); `indexed` items are in them.
     mutable std::unordered_map<std::string, int64_t> names;
     mutable size_t indexed = 0;
     mutable int64_t largestId = 0;
     mutable bool sharedIds = false;  // a document may hold an id twice
-    mutable bool indexStale = true;
 };

@@ -281,6 +281,7 @@ AbstractNode* RecordNode::findReferenceList(const ReferenceTarget& target, const
         cached.holder = holder.get();
         cached.list = list.get();
         cached.ids = ids;
+        cached.root = rootNode.get();
         cached.target = &target;
     }
     return list.get();
@@ -299,7 +300,7 @@ const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, s
 }
 
 // The list's path is made only for the message: checks run on every setter.
-void RecordNode::checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
+void RecordNode::checkReferenceLookup(const ReferenceTarget& target, const char* key, int64_t id) const {
     const IdItemListBase* ids = nullptr;
     AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)
@@ -321,7 +322,7 @@ void RecordNode::checkReferenceItems(const ReferenceTarget& target, const char* 
     const IdItemListBase* ids = nullptr;
     AbstractNode* list = findReferenceList(target, ids);
     for (size_t i = 0; i < values.size(); ++i)
-        if (ids->findNodeItemIndexById(values[i]) < 0)
+        if (!ids->hasIndexedId(values[i]) && ids->findNodeItemIndexById(values[i]) < 0)
             SORVANE_THROW("Setting item %ld of %s.%s: Invalid id %ld in %s", static_cast<long>(i),
                           getNodePath().c_str(), key, static_cast<long>(values[i]), list->getNodePath().c_str());
 }

@@ -2,7 +2,6 @@
 // and namespace sorvane::gltf2, where RootNode and the other names resolve
 // to the module's own classes.
 
-class IdItemListBase;
 class RecordNode;
 
 // One JSON key of a record: how its value is read, tested, written, and,
@@ -34,10 +33,12 @@ struct ReferenceTarget {
 // Where the roots keep the target lists of references last found, so that a
 // reference setter does not look its list up by name each time. An entry is
 // checked against the live tree before use (same section, same list behind
-// the same fields), so a replaced or removed list is never used.
+// the same fields), so a replaced or removed list is never used. Every node
+// of a document points at its root's cache while the root lives.
 struct ReferenceListCache {
     struct Entry {
         const ReferenceTarget* target = nullptr;
+        const RecordNode* root = nullptr;           // the root that owns the cache
         const RecordField* sectionField = nullptr;  // in the root; null for a list at the root
         const RecordField* listField = nullptr;     // in the holder
         const AbstractNode* holder = nullptr;
@@ -115,7 +116,27 @@ protected:
     // The list a reference points into; fails when the document has none.
     const IdItemListBase& referenceList(const ReferenceTarget& target, std::string& listPath) const;
     AbstractNode* findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
-    void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
+    // Inline, as every reference setter runs it: an id found in the indexed
+    // target list that the root's cache still vouches for returns at once;
+    // anything else takes the full lookup, which also makes the failure text.
+    void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
+        const IdItemListBase* ids = cachedReferenceList(target);
+        if (ids && ids->hasIndexedId(id)) return;
+        checkReferenceLookup(target, key, id);
+    }
+    void checkReferenceLookup(const ReferenceTarget& target, const char* key, int64_t id) const;
+    // The target list the root's cache holds for `target`, if the live tree
+    // still has it in the same place; null otherwise.
+    const IdItemListBase* cachedReferenceList(const ReferenceTarget& target) const {
+        if (root.expired()) return nullptr;  // rootReferences lives in the root
+        const ReferenceListCache::Entry& cached = rootReferences->slot(&target);
+        if (cached.target != &target) return nullptr;
+        const AbstractNode* holder = cached.sectionField ? cached.sectionField->child(*cached.root) : cached.root;
+        if (!holder || holder != cached.holder ||
+            cached.listField->child(static_cast<const RecordNode&>(*holder)) != cached.list)
+            return nullptr;
+        return cached.ids;
+    }
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
     // Every id of a whole new list, against one lookup of the target list.
     void checkReferenceItems(const ReferenceTarget& target, const char* key, const std::vector<int64_t>& values) const;

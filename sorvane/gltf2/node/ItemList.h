@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "sorvane/gltf2/node/BasicList.h"
+#include "sorvane/gltf2/node/IdItemListBase.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::gltf2 {

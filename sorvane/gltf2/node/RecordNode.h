@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "sorvane/gltf2/node/AbstractNode.h"
+#include "sorvane/gltf2/node/IdItemListBase.h"
 #include "sorvane/core/RuntimeException.h"
 
 namespace sorvane::gltf2 {
