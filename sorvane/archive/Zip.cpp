@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include <errno.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include "sorvane/core/RuntimeException.h"
@@ -85,7 +86,8 @@ struct Zip::Spill {
     }
     bool open(const std::string& base) {
         path = base + ".XXXXXX";
-        fd = ::mkstemp(&path[0]);
+        // Not inherited by programs the caller starts meanwhile.
+        fd = ::mkostemp(&path[0], O_CLOEXEC);
         if (fd < 0) path.clear();
         return fd >= 0;
     }

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -26,6 +27,16 @@ std::map<std::string, int> countUses(const DataNodes& items) {
     const int64_t count = items.getNodeSize();
     for (int64_t i = 0; i < count; ++i) ++uses[items.getByIndex(i)->getUri()];
     return uses;
+}
+
+// Items that share an id cannot be taken out and added again one by one (the
+// second add of the id fails while its twin is still in the list).
+bool hasSharedIds(const DataNodes& items) {
+    std::set<int64_t> ids;
+    const int64_t count = items.getNodeSize();
+    for (int64_t i = 0; i < count; ++i)
+        if (!ids.insert(items.getByIndex(i)->getId()).second) return true;
+    return false;
 }
 
 // What a payload is copied with: read while the item is still there, since
@@ -91,8 +102,9 @@ Arf saveArfAs(const Arf& source, const std::filesystem::path& path) {
 }
 
 Arf saveArfAs(Arf&& source, const std::filesystem::path& path) {
-    makeParentFolder(path);
     const std::shared_ptr<RootNode> root = source.getRoot();
+    if (root->getData() && hasSharedIds(*root->getData())) return saveArfAs(static_cast<const Arf&>(source), path);
+    makeParentFolder(path);
     // The new storage, as creating a document there makes it.
     std::shared_ptr<archive::FileProvider> provider;
     std::string mainFileName;

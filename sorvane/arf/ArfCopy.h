@@ -18,8 +18,10 @@ SORVANE_API Arf saveArfAs(const Arf& source, const std::filesystem::path& path);
 // The same, taking the source's tree instead of copying it: the tree is
 // pointed at the new storage and every payload moved there one by one, so
 // that only one tree is ever held. Every handle of the source sees the new
-// document afterwards; after a failure the source is valid but may have some
-// payloads in the new storage already.
+// document afterwards. After a failure (a payload that cannot be read or
+// written) the source's files are untouched but its tree may have given some
+// payloads to the new storage already: drop it, do not save it. Items that
+// share an id are copied as the form above does.
 SORVANE_API Arf saveArfAs(Arf&& source, const std::filesystem::path& path);
 
 } // namespace sorvane::arf

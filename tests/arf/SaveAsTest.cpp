@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -121,4 +123,37 @@ TEST(SaveAs, MovedTreeFromEveryStorageMode) {
     EXPECT_EQ(payloads(files), bytes);
     EXPECT_EQ(files.toJsonString(), copied.toJsonString());
     EXPECT_EQ(payloads(Arf::load(s.dir / "b" / "doc.arf", true)), bytes);
+}
+
+// Items that share an id cannot be added back one by one (the twin still
+// holds the id): both forms refuse the document, and the moving form leaves
+// the source whole, every payload readable where it was.
+TEST(SaveAs, SharedIdsLeaveTheSourceWhole) {
+    Scratch s;
+    const fs::path path = s.dir / "dup" / "doc.arf";
+    fs::create_directories(path.parent_path());
+    {
+        Arf arf = Arf::create(path);
+        arf.data.addContent("first", 5, true, "text/plain", nullptr, "one", 40);
+        arf.data.addContent("second", 6, true, "text/plain", nullptr, "two", 41);
+        arf.save();
+    }
+    std::string text;
+    {
+        std::ifstream in(path, std::ios::binary);
+        text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
+    const size_t at = text.find("41");
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, 2, "40");
+    {
+        std::ofstream out(path, std::ios::binary | std::ios::trunc);
+        out << text;
+    }
+    EXPECT_ANY_THROW(saveArfAs(Arf::load(path, true), s.dir / "c" / "doc.arf"));
+    Arf source = Arf::load(path, false);
+    const std::string before = source.toJsonString();
+    EXPECT_ANY_THROW(saveArfAs(std::move(source), s.dir / "m" / "doc.arf"));
+    EXPECT_EQ(source.toJsonString(), before);
+    EXPECT_EQ(payloads(source), (std::vector<std::string>{"first", "second"}));
 }

@@ -187,7 +187,9 @@ public:
     }
     std::pair<DataTree*, DataTree*> getJointsTensorPtr(long vertexCount, long jointCount) const {
         auto tensors = getJointsTensor(vertexCount, jointCount);
-        return {new DataTree(tensors.first), new DataTree(tensors.second)};
+        auto joints = std::make_unique<DataTree>(std::move(tensors.first));
+        auto weights = std::make_unique<DataTree>(std::move(tensors.second));
+        return {joints.release(), weights.release()};
     }
     std::vector<long> getJointsDataLayout(long vertexCount, long jointCount) const {
         auto j = joints(vertexCount, jointCount);
