@@ -178,6 +178,31 @@ inline const char* takeDigits(JsonScan scan, const char* p, const char* e, uint6
     return p;
 }
 
+// The digits at p as takeDigits adds them to zero; most integers are short
+// and end within the next 16 bytes, which one look finds.
+inline const char* integerDigits(JsonScan scan, const char* p, const char* e, uint64_t& value) {
+    value = 0;
+#ifdef __SSE2__
+    if (scan != JsonScan::Scalar && e - p >= 16) {
+        const unsigned other = ~digitMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) & 0xFFFFu;
+        if (other) {
+            const unsigned n = firstBit(other);
+            if (n > 0)
+                value = n <= 8 ? eightDigits(p, n) : eightDigits(p, 8) * kPow10Integer[n - 8] + eightDigits(p + 8, n - 8);
+            return p + n;
+        }
+    }
+#endif
+    return takeDigits(scan, p, e, value);
+}
+
+// The end of the blanks at p; most tokens follow none or a single one.
+inline const char* blanksAt(JsonScan scan, const char* p, const char* e) {
+    if (p < e && !isBlank(*p)) return p;
+    if (e - p >= 2 && !isBlank(p[1])) return p + 1;
+    return blankEnd(scan, p, e);
+}
+
 // Exact powers of ten: every one up to 1e22 is a double without rounding.
 constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                              1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -185,24 +210,263 @@ constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8
 // A double holds every integer up to 2^53 exactly.
 constexpr uint64_t kExactMantissa = uint64_t(1) << 53;
 
-// Blank-free runs of digits, counted in 64 bits: more than 19 digits no
-// longer fit and leave the value to the slow conversion.
-struct Mantissa {
-    uint64_t value = 0;
-    int digits = 0;      // significant digits taken
-    bool exact = true;   // all significant digits taken
-    bool any = false;    // at least one digit seen
-    void add(char c) {
+// 5^q for every q a decimal exponent of a normal double can need, truncated
+// to 128 bits: high * 2^64 + low has its top bit set, and
+// (high * 2^64 + low) * 2^exponent <= 5^q < (high * 2^64 + low + 1) * 2^exponent.
+struct Power5 {
+    uint64_t high;
+    uint64_t low;
+    int32_t exponent;
+};
+constexpr int kPower5Low = -342;
+constexpr int kPower5High = 308;
+constexpr Power5 kPower5[] = {
+#include "sorvane/archive/JsonPowers.inc"
+};
+static_assert(sizeof(kPower5) / sizeof(kPower5[0]) == kPower5High - kPower5Low + 1, "one power per exponent");
+
+// w * 10^q rounded to the nearest double, ties to even, when that is a
+// normal double and the rounding is certain; false otherwise (zero, results
+// that are subnormal or infinite, exponents out of the table, and products too
+// close to a rounding boundary), and the caller asks the C library.
+// w * 10^q = w * 5^q * 2^q; with W = w shifted to a top bit, X = W * T is
+// a 192-bit product of which the top 54 bits give the mantissa and the round
+// bit. T is exact for 0 <= q <= 55; otherwise the true product lies in
+// (X, X + W), which decides the rounding unless adding less than W could
+// carry into the round bit.
+inline bool nearestDouble(uint64_t w, int64_t q, double& out) {
+    if (w == 0 || q < kPower5Low || q > kPower5High) return false;
+    const Power5& t = kPower5[q - kPower5Low];
+    const int shift = __builtin_clzll(w);
+    const uint64_t W = w << shift;
+    const unsigned __int128 upper = static_cast<unsigned __int128>(W) * t.high;
+    const unsigned __int128 lower = static_cast<unsigned __int128>(W) * t.low;
+    const unsigned __int128 top = upper + (lower >> 64);  // below 2^128: no overflow
+    const uint64_t hi = static_cast<uint64_t>(top >> 64);
+    const uint64_t mid = static_cast<uint64_t>(top);
+    const uint64_t lo = static_cast<uint64_t>(lower);
+    // X lies in [2^190, 2^192): hi has its top bit at 63 or 62.
+    const int cut = 10 + static_cast<int>(hi >> 63);  // bits of hi below the 53 kept
+    const uint64_t restMask = (uint64_t(1) << (cut - 1)) - 1;
+    const uint64_t rest = hi & restMask;
+    const bool roundBit = (hi >> (cut - 1)) & 1;
+    uint64_t mantissa = hi >> cut;  // 53 bits
+    const bool exact = q >= 0 && q <= 55;
+    if (!exact && rest == restMask && mid == ~uint64_t(0) && lo + W < lo) return false;
+    // The lowest bit of mantissa weighs 2^e2.
+    int64_t e2 = 128 + cut + t.exponent + q - shift;
+    int64_t biased = e2 + 52 + 1023;
+    // Below the normal range before rounding: the C library's underflow rules
+    // (and its errno) apply.
+    if (biased < 1) return false;
+    bool up = false;
+    if (roundBit) up = !exact || rest != 0 || mid != 0 || lo != 0 || (mantissa & 1) != 0;
+    mantissa += up ? 1 : 0;
+    if (mantissa == uint64_t(1) << 53) {
+        mantissa >>= 1;
+        ++biased;
+    }
+    if (biased > 2046) return false;
+    const uint64_t bits = (static_cast<uint64_t>(biased) << 52) | (mantissa & ((uint64_t(1) << 52) - 1));
+    std::memcpy(&out, &bits, sizeof out);
+    return true;
+}
+
+// The value of a scanned number (an optional '-', digits with an optional
+// fraction, an optional exponent), correctly rounded, without the C library
+// where that can be done for sure; false leaves the text to strtod, which
+// also judges every malformed text.
+inline bool decimalToDouble(const char* p, const char* end, double& out) {
+    const bool negative = p < end && *p == '-';
+    if (negative) ++p;
+    // Up to 19 significant digits go into w; the scale counts the places of
+    // the digits dropped after them or taken after the point.
+    uint64_t w = 0;
+    int significant = 0;
+    int64_t scale = 0;
+    bool dropped = false;  // a non-zero digit beyond the 19th
+    bool any = false;
+    for (; p < end && isDigit(*p); ++p) {
         any = true;
-        if (value == 0 && c == '0') return;
-        if (digits == 19) {
-            exact = false;
-            return;
+        if (significant < 19) {
+            if (w == 0 && *p == '0') continue;
+            w = w * 10 + static_cast<uint64_t>(*p - '0');
+            ++significant;
+        } else {
+            dropped |= *p != '0';
+            ++scale;
         }
-        ++digits;
-        value = value * 10 + static_cast<uint64_t>(c - '0');
+    }
+    if (p < end && *p == '.') {
+        for (++p; p < end && isDigit(*p); ++p) {
+            any = true;
+            if (significant < 19) {
+                --scale;
+                if (w == 0 && *p == '0') continue;
+                w = w * 10 + static_cast<uint64_t>(*p - '0');
+                ++significant;
+            } else {
+                dropped |= *p != '0';
+            }
+        }
+    }
+    if (!any) return false;
+    if (p < end && (*p == 'e' || *p == 'E')) {
+        ++p;
+        bool negativeExponent = false;
+        if (p < end && (*p == '+' || *p == '-')) negativeExponent = *p++ == '-';
+        if (p == end) return false;
+        int64_t exponent = 0;
+        for (; p < end && isDigit(*p); ++p) {
+            exponent = exponent * 10 + (*p - '0');
+            if (exponent >= 100000) return false;  // far out of range either way
+        }
+        scale += negativeExponent ? -exponent : exponent;
+    }
+    if (p != end) return false;
+    if (w == 0) {
+        out = negative ? -0.0 : 0.0;
+        return true;
+    }
+    double value = 0;
+    if (!dropped && w <= kExactMantissa && scale >= -22 && scale <= 22) {
+        // One exact operand and one rounding: the correct result.
+        value = static_cast<double>(w);
+        value = scale < 0 ? value / kPow10[-scale] : value * kPow10[scale];
+    } else if (!nearestDouble(w, scale, value)) {
+        return false;
+    } else if (dropped) {
+        // The true value lies between w and w + 1 units: sure only when both
+        // round alike.
+        double above = 0;
+        if (!nearestDouble(w + 1, scale, above) || above != value) return false;
+    }
+    out = negative ? -value : value;
+    return true;
+}
+
+// Converts the scanned text, without the C library when the result is sure.
+// The C library needs a terminated copy (scratch): it must not read beyond
+// the scanned text (it would take hexadecimal or "inf" forms there).
+bool convertText(bool dotDecimal, std::string& scratch, const char* text, const char* end, double& out) {
+    if (dotDecimal && decimalToDouble(text, end, out)) return true;
+    scratch.assign(text, end);
+    char* stop = nullptr;
+    errno = 0;
+    double value = std::strtod(scratch.c_str(), &stop);
+    if (stop != scratch.c_str() + scratch.size() || errno == ERANGE) return false;
+    out = value;
+    return true;
+}
+
+// What reading a number needs of the importer.
+struct NumberText {
+    JsonScan scan;
+    bool eof;
+    bool dotDecimal;
+    std::string& scratch;
+
+    // The number at p: the grammar is checked and the digits gathered in one
+    // pass. Returns its end, null when the text there is no number, or e when
+    // the number reaches e and more text may follow (nothing converted then).
+    const char* read(const char* p, const char* e, double& out) const {
+        const char* text = p;
+        bool negative = false;
+        if (p < e && *p == '-') {
+            negative = true;
+            ++p;
+        } else if (p == e || !isDigit(*p)) {
+            return nullptr;
+        }
+        uint64_t mantissa = 0;
+        const char* first = p;
+        if (e - p >= 2 && p[1] == '.' && isDigit(*p)) {
+            // Most fractions have a one-digit whole part.
+            mantissa = static_cast<uint64_t>(*p++ - '0');
+        } else {
+            p = integerDigits(scan, p, e, mantissa);
+        }
+        size_t digits = static_cast<size_t>(p - first);
+        int scale = 0;
+        if (p < e && *p == '.') {
+            const char* fraction = ++p;
+            p = takeDigits(scan, p, e, mantissa);
+            digits += static_cast<size_t>(p - fraction);
+            scale = -static_cast<int>(std::min<size_t>(static_cast<size_t>(p - fraction), 1000));
+        }
+        bool simple = true;  // no exponent
+        if (p < e && (*p == 'e' || *p == 'E')) {
+            simple = false;
+            ++p;
+            if (p < e && !(isDigit(*p) || *p == '+' || *p == '-')) return nullptr;
+            if (p < e) ++p;
+            while (p < e && isDigit(*p)) ++p;
+        }
+        if (p == e && !eof) return e;
+        // Up to 19 digits the mantissa is exact, and one exact operand and one
+        // rounding give the correct result; the rest goes to convertText.
+        if (simple && dotDecimal && digits > 0 && digits <= 19 && mantissa <= kExactMantissa && scale >= -22) {
+            double value = static_cast<double>(mantissa);
+            if (scale < 0) value /= kPow10[-scale];
+            out = negative ? -value : value;
+        } else if (!convertText(dotDecimal, scratch, text, p, out)) {
+            return nullptr;
+        }
+        return p;
     }
 };
+
+// A list of integers or numbers that lies whole in [p, e), read with local
+// pointers. Returns the end of the list, or null as soon as anything is
+// unusual (the end of the buffer, a malformed item): the general reading then
+// takes the list from its start and decides.
+template <class T, class Value>
+inline const char* listAt(JsonScan scan, const char* p, const char* e, std::vector<T>& out, Value value) {
+    p = blanksAt(scan, p, e);
+    if (p == e || *p != '[') return nullptr;
+    p = blanksAt(scan, p + 1, e);
+    if (p == e) return nullptr;
+    out.clear();
+    if (*p != ']') {
+        for (;;) {
+            T item;
+            p = value(p, e, item);
+            if (p == nullptr || p == e) return nullptr;
+            out.push_back(item);
+            char c = *p;
+            if (c != ',' && c != ']') {
+                p = blanksAt(scan, p, e);
+                if (p == e) return nullptr;
+                c = *p;
+            }
+            if (c != ',') break;
+            p = blanksAt(scan, p + 1, e);
+            if (p == e) return nullptr;
+        }
+        if (*p != ']') return nullptr;
+    }
+    return p + 1;
+}
+
+inline const char* integerListAt(JsonScan scan, const char* p, const char* e, std::vector<int64_t>& out) {
+    return listAt(scan, p, e, out, [scan](const char* q, const char* end, int64_t& item) -> const char* {
+        bool negative = *q == '-';
+        if (negative) {
+            ++q;
+        } else if (!isDigit(*q)) {
+            return nullptr;
+        }
+        uint64_t value = 0;
+        q = integerDigits(scan, q, end, value);
+        item = static_cast<int64_t>(negative ? uint64_t(0) - value : value);
+        return q;
+    });
+}
+
+inline const char* numberListAt(const NumberText& numbers, const char* p, const char* e, std::vector<double>& out) {
+    return listAt(numbers.scan, p, e, out,
+                  [&numbers](const char* q, const char* end, double& item) { return numbers.read(q, end, item); });
+}
 
 } // namespace
 
@@ -467,146 +731,38 @@ inline bool JsonImporter::scanInteger(int64_t& out) {
     }
     // Wraps silently on overflow, as unsigned arithmetic does.
     uint64_t value = 0;
-#ifdef __SSE2__
-    // Most integers are short and end within the next 16 bytes: one look,
-    // and no scaling of a previous part.
-    if (scan_ != JsonScan::Scalar && e - p >= 16) {
-        const unsigned other = ~digitMask16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) & 0xFFFFu;
-        if (other) {
-            const unsigned n = firstBit(other);
-            if (n > 0)
-                value = n <= 8 ? eightDigits(p, n) : eightDigits(p, 8) * kPow10Integer[n - 8] + eightDigits(p + 8, n - 8);
-            pos_ = static_cast<size_t>(p + n - base);
-            out = static_cast<int64_t>(negative ? uint64_t(0) - value : value);
-            return true;
-        }
-    }
-#endif
-    for (;;) {
-        p = takeDigits(scan_, p, e, value);
-        pos_ = static_cast<size_t>(p - base);
-        if (p < e || !fill()) break;
+    p = integerDigits(scan_, p, e, value);
+    pos_ = static_cast<size_t>(p - base);
+    while (p == e && fill()) {
         // The refill may have moved the buffer.
         base = data_;
-        p = base + pos_;
+        p = takeDigits(scan_, base + pos_, base + end_, value);
         e = base + end_;
+        pos_ = static_cast<size_t>(p - base);
     }
     out = static_cast<int64_t>(negative ? uint64_t(0) - value : value);
     return true;
 }
 
-// Converts the scanned text: exactly, without the C library, when the
-// mantissa fits in 53 bits and the power of ten is exact, since one
-// multiplication or division then rounds once, as a correct conversion does.
 inline bool JsonImporter::convertNumber(const char* text, const char* end, double& out) {
-    if (dotDecimal_) {
-        const char* p = text;
-        bool negative = *p == '-';
-        if (negative) ++p;
-        Mantissa m;
-        int scale = 0;
-        for (; p < end && isDigit(*p); ++p) {
-            m.add(*p);
-            if (!m.exact) break;
-        }
-        if (m.exact && p < end && *p == '.') {
-            for (++p; p < end && isDigit(*p); ++p) {
-                m.add(*p);
-                --scale;
-                if (!m.exact) break;
-            }
-        }
-        if (m.exact && m.any) {
-            bool ok = true;
-            if (p < end) {  // the exponent; the scanner left only e, a sign and digits
-                ++p;
-                bool negativeExponent = false;
-                if (p < end && (*p == '+' || *p == '-')) negativeExponent = *p++ == '-';
-                ok = p < end;
-                int exponent = 0;
-                for (; ok && p < end; ++p) {
-                    exponent = exponent * 10 + (*p - '0');
-                    ok = exponent < 100000;
-                }
-                scale += negativeExponent ? -exponent : exponent;
-            }
-            if (ok && m.value == 0) {
-                out = negative ? -0.0 : 0.0;
-                return true;
-            }
-            if (ok && m.value <= kExactMantissa && scale >= -22 && scale <= 22) {
-                double value = static_cast<double>(m.value);
-                value = scale < 0 ? value / kPow10[-scale] : value * kPow10[scale];
-                out = negative ? -value : value;
-                return true;
-            }
-        }
-    }
-    // The converter needs a terminated copy: it must not read beyond the
-    // scanned text (it would take hexadecimal or "inf" forms there).
-    digits_.assign(text, end);
-    char* stop = nullptr;
-    errno = 0;
-    double value = std::strtod(digits_.c_str(), &stop);
-    if (stop != digits_.c_str() + digits_.size() || errno == ERANGE) return false;
-    out = value;
-    return true;
+    return convertText(dotDecimal_, digits_, text, end, out);
 }
 
 inline bool JsonImporter::scanNumber(double& out) {
-    // Fast path: the number and the character after it are in the buffer;
-    // the grammar is checked and the digits gathered in one pass.
     size_t save = pos_ - begin_;
     skipBlanks();
-    const char* base = data_;
-    const char* p = base + pos_;
-    const char* e = base + end_;
-    const char* text = p;
-    bool negative = false;
-    if (p < e && *p == '-') {
-        negative = true;
-        ++p;
-    } else if (p == e || !isDigit(*p)) {
-        pos_ = begin_ + save;
-        return false;
-    }
-    uint64_t mantissa = 0;
-    const char* first = p;
-    p = takeDigits(scan_, p, e, mantissa);
-    size_t digits = static_cast<size_t>(p - first);
-    int scale = 0;
-    if (p < e && *p == '.') {
-        const char* fraction = ++p;
-        p = takeDigits(scan_, p, e, mantissa);
-        digits += static_cast<size_t>(p - fraction);
-        scale = -static_cast<int>(std::min<size_t>(static_cast<size_t>(p - fraction), 1000));
-    }
-    bool simple = true;  // no exponent
-    if (p < e && (*p == 'e' || *p == 'E')) {
-        simple = false;
-        ++p;
-        if (p < e && !(isDigit(*p) || *p == '+' || *p == '-')) {
-            pos_ = begin_ + save;
-            return false;
-        }
-        if (p < e) ++p;
-        while (p < e && isDigit(*p)) ++p;
-    }
+    const char* e = data_ + end_;
+    const char* p = NumberText{scan_, eof_, dotDecimal_, digits_}.read(data_ + pos_, e, out);
     if (p == e && !eof_) {
         // The number may go on past the buffer.
         pos_ = begin_ + save;
         return scanNumberSlow(out);
     }
-    // Up to 19 digits the mantissa is exact; see convertNumber.
-    if (simple && dotDecimal_ && digits > 0 && digits <= 19 && mantissa <= kExactMantissa && scale >= -22) {
-        double value = static_cast<double>(mantissa);
-        if (scale < 0) value /= kPow10[-scale];
-        out = negative ? -value : value;
-    } else if (!convertNumber(text, p, out)) {
+    if (p == nullptr) {
         pos_ = begin_ + save;
         return false;
     }
-    pos_ = static_cast<size_t>(p - base);
+    pos_ = static_cast<size_t>(p - data_);
     return true;
 }
 
@@ -846,7 +1002,11 @@ bool JsonImporter::nextStringList(std::vector<std::string>& out) {
 
 std::optional<std::vector<int64_t>> JsonImporter::peekIntegerList() {
     std::vector<int64_t> values;
-    if (!scanList(values, [this](int64_t& v) { return scanInteger(v); })) return std::nullopt;
+    if (const char* end = integerListAt(scan_, data_ + pos_, data_ + end_, values)) {
+        pos_ = static_cast<size_t>(end - data_);
+    } else if (!scanList(values, [this](int64_t& v) { return scanInteger(v); })) {
+        return std::nullopt;
+    }
     return values;
 }
 
@@ -857,7 +1017,11 @@ std::optional<std::vector<int64_t>> JsonImporter::nextIntegerList() {
 }
 
 bool JsonImporter::nextIntegerList(std::vector<int64_t>& out) {
-    if (!scanList(integers_, [this](int64_t& v) { return scanInteger(v); })) return false;
+    if (const char* end = integerListAt(scan_, data_ + pos_, data_ + end_, integers_)) {
+        pos_ = static_cast<size_t>(end - data_);
+    } else if (!scanList(integers_, [this](int64_t& v) { return scanInteger(v); })) {
+        return false;
+    }
     commit();
     out.assign(integers_.begin(), integers_.end());
     return true;
@@ -865,7 +1029,11 @@ bool JsonImporter::nextIntegerList(std::vector<int64_t>& out) {
 
 std::optional<std::vector<double>> JsonImporter::peekNumberList() {
     std::vector<double> values;
-    if (!scanList(values, [this](double& v) { return scanNumber(v); })) return std::nullopt;
+    if (const char* end = numberListAt(NumberText{scan_, eof_, dotDecimal_, digits_}, data_ + pos_, data_ + end_, values)) {
+        pos_ = static_cast<size_t>(end - data_);
+    } else if (!scanList(values, [this](double& v) { return scanNumber(v); })) {
+        return std::nullopt;
+    }
     return values;
 }
 
@@ -876,7 +1044,11 @@ std::optional<std::vector<double>> JsonImporter::nextNumberList() {
 }
 
 bool JsonImporter::nextNumberList(std::vector<double>& out) {
-    if (!scanList(numbers_, [this](double& v) { return scanNumber(v); })) return false;
+    if (const char* end = numberListAt(NumberText{scan_, eof_, dotDecimal_, digits_}, data_ + pos_, data_ + end_, numbers_)) {
+        pos_ = static_cast<size_t>(end - data_);
+    } else if (!scanList(numbers_, [this](double& v) { return scanNumber(v); })) {
+        return false;
+    }
     commit();
     out.assign(numbers_.begin(), numbers_.end());
     return true;
@@ -979,6 +1151,33 @@ inline bool JsonImporter::scanKey(const char*& key, size_t& length) {
 }
 
 bool JsonImporter::nextObjectKey(const char*& key, size_t& length) {
+    if (!stream_ && !stack_.empty() && stack_.back().type == 0) {
+        // In place, the comma, a key without escapes and the colon are found
+        // with local pointers; anything else goes the general way below,
+        // which starts from the same state.
+        Item& item = stack_.back();
+        const char* const e = data_ + end_;
+        const char* p = data_ + pos_;
+        if (!item.first) {
+            p = blanksAt(scan_, p, e);
+            if (p == e || *p != ',') goto general;
+            ++p;
+        }
+        p = blanksAt(scan_, p, e);
+        if (p == e || *p != '"') goto general;
+        const char* start = p + 1;
+        const char* stop = stringStop(scan_, start, e);
+        if (stop == e || *stop != '"') goto general;
+        p = blanksAt(scan_, stop + 1, e);
+        if (p == e || *p != ':') goto general;
+        item.first = false;
+        key = start;
+        length = static_cast<size_t>(stop - start);
+        pos_ = static_cast<size_t>(p + 1 - data_);
+        commit();
+        return true;
+    }
+general:
     if (!beginObjectItem()) return false;
     if (!scanKey(key, length)) return false;
     commit();
