@@ -403,6 +403,10 @@ struct NumberText {
             while (p < e && isDigit(*p)) ++p;
         }
         if (p == e && !eof) return e;
+        if (digits > 19 && simple) {
+            // Leading zeros ("0.000123...") add nothing to the mantissa.
+            for (const char* z = first; z < p && (*z == '0' || *z == '.') && digits > 0; ++z) digits -= *z == '0';
+        }
         // Up to 19 digits the mantissa is exact, and one exact operand and one
         // rounding give the correct result; the rest goes to convertText.
         if (simple && dotDecimal && digits > 0 && digits <= 19 && mantissa <= kExactMantissa && scale >= -22) {
