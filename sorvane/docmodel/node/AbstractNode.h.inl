@@ -100,12 +100,15 @@ private:
     void adoptParent(AbstractNode* parent);
 
 protected:
+    WeakRef parent;
+    // Last, so that they share a cache line with the first members of the
+    // record (generated records put their references first): a reference
+    // setter reads these and the member it sets, on nodes spread over memory.
     std::weak_ptr<RootNode> root;
     // The reference cache of the root, for the reference checks that would
     // otherwise lock the root for each id: use only while `root` has not
     // expired. Set and cleared with `root`.
     ReferenceListCache* rootReferences = nullptr;
-    WeakRef parent;
 };
 
 // Writes the node as JSON with default options.

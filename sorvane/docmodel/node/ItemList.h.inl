@@ -44,6 +44,7 @@ public:
 
     void fromJson(archive::JsonImporter& importer) override {
         this->items.clear();
+        this->itemsChanged();  // a read that fails half-way must not leave the old ids indexed
         if (!importer.nextBeginArray()) SORVANE_THROW("Expect an array at line %d", importer.getLine());
         auto self = this->shared_from_this();
         while (importer.nextArrayItem()) {

@@ -445,3 +445,30 @@ TEST(RecordNode, ReferenceChecksFollowReplacedLists) {
               "Adding item to components.meshes[1].data: Invalid id 3 in data");
     EXPECT_EQ(mesh->getData(), (std::vector<int64_t>{3, 4}));
 }
+
+// A direct re-read of an id list that fails half-way leaves only what it read;
+// the ids of the items it dropped must not pass reference checks any more.
+TEST(RecordNode, FailedReReadOfAnIdListForgetsTheDroppedIds) {
+    auto root = newRoot();
+    auto components = root->getComponents();
+    auto nodes = std::make_shared<NodeNodes>(components);
+    components->setNodes(nodes);
+    nodes->add("m", "a", 1);
+    nodes->add("m", "b", 2);
+    auto first = nodes->get(1);
+    first->setParent(2);  // the index now holds both ids
+    first->setParent(1);
+
+    std::istringstream in(R"([{"mapping": "m", "name": "c", "id": 3}, 5])");
+    sorvane::archive::JsonImporter importer(in);
+    EXPECT_NE(messageOf([&] { nodes->fromJson(importer); }), "");
+    ASSERT_EQ(nodes->getNodeSize(), 1);
+
+    auto kept = nodes->get(3);
+    EXPECT_EQ(messageOf([&] { kept->setParent(2); }),
+              "Setting components.nodes[3].parent: Invalid id 2 in components.nodes");
+    EXPECT_EQ(messageOf([&] { kept->setParent(1); }),
+              "Setting components.nodes[3].parent: Invalid id 1 in components.nodes");
+    kept->setParent(3);
+    EXPECT_EQ(kept->getParent(), 3);
+}
