@@ -9,24 +9,7 @@
 
 #include "sorvane/sorvane.h"
 
-#define CHECK(call)                                                                       \
-    do {                                                                                  \
-        if ((call) != 0) {                                                                \
-            char message[512];                                                            \
-            int64_t size = sizeof message;                                                \
-            sorvane_getErrorMessage(message, &size);                                      \
-            fprintf(stderr, "%s:%d %s failed: %s\n", __FILE__, __LINE__, #call, message); \
-            return 1;                                                                     \
-        }                                                                                 \
-    } while (0)
-
-#define EXPECT(cond)                                                       \
-    do {                                                                   \
-        if (!(cond)) {                                                     \
-            fprintf(stderr, "%s:%d expected %s\n", __FILE__, __LINE__, #cond); \
-            return 1;                                                      \
-        }                                                                  \
-    } while (0)
+#include "check.h"
 
 static char message[4096];
 
