@@ -224,3 +224,39 @@ TEST(ReadPath, JointsAndMorphStacksFromAGlb) {
         EXPECT_EQ(std::vector<float>(s, s + 12), (std::vector<float>{1, 2, 3, 4, 5, 0, 0, 0, 0, 0, 0, 0}));
     }
 }
+
+// Tensors read from a .glb are the caller's: small ones hold their values
+// beside the node, large ones in a block of their own; either way they
+// outlive the document and give up a block the caller frees.
+TEST(ReadPath, GlbTensorsAreTheCallers) {
+    std::string bin(100000, '\0');
+    for (size_t i = 0; i < bin.size(); ++i) bin[i] = static_cast<char>(i * 7);
+    const Pair pair = both(bin, ",\"bufferViews\":[{\"buffer\":0,\"byteLength\":100000}],\"accessors\":["
+                                "{\"bufferView\":0,\"componentType\":5126,\"count\":25000,\"type\":\"SCALAR\"},"
+                                "{\"bufferView\":0,\"componentType\":5121,\"count\":2,\"type\":\"VEC3\"},"
+                                "{\"bufferView\":0,\"byteOffset\":8,\"componentType\":5126,\"count\":25000,"
+                                "\"type\":\"SCALAR\"},"
+                                "{\"bufferView\":7,\"componentType\":5126,\"count\":1,\"type\":\"SCALAR\"},"
+                                "{\"componentType\":5126,\"count\":1,\"type\":\"SCALAR\"},"
+                                "{\"bufferView\":0,\"componentType\":5121,\"count\":3,\"type\":\"SCALAR\"}]");
+    // In order twice (reads in order are looked ahead of), then backwards.
+    for (int64_t i : {0, 1, 2, 3, 4, 5, 0, 1, 2, 3, 4, 5, 5, 4, 3, 2, 1, 0})
+        EXPECT_EQ(tensorOutcome(pair.binary, i), tensorOutcome(pair.text, i)) << i;
+
+    auto memory = std::make_shared<archive::MemoryFileProvider>();
+    pair.binary.save(memory, "a.glb");
+    auto loaded = std::make_unique<Gltf>(Gltf::load(memory, "a.glb", SINGLE_FILE));
+    const std::shared_ptr<AccessorNode> node = loaded->getRoot()->getAccessors()->getItems()[1];
+    DataTree large = loaded->accessors.getByIndex(0).getTensor();
+    DataTree small = BinaryData::getTensor(*node);
+    small.getData<uint8_t>()[0] = 0xff;
+    EXPECT_EQ(BinaryData::getTensor(*node).getData<uint8_t>()[0], 0);
+    loaded.reset();
+    // The document is gone: the node alone cannot be read, the tensors stay.
+    EXPECT_EQ(messageOf([&] { BinaryData::getTensor(*node); }), "Invalid node");
+    EXPECT_EQ(large.getData<float>()[24999], pair.text.accessors.getByIndex(0).getTensor().getData<float>()[24999]);
+    void* block = small.releaseBuffer();
+    EXPECT_EQ(std::string(static_cast<const char*>(block), 6), "\xff\x07\x0e\x15\x1c\x23");
+    std::free(block);
+    std::free(large.releaseBuffer());
+}

@@ -15,14 +15,7 @@ size_t byteCount(long count, ScalarType type) {
     return static_cast<size_t>(bytes);
 }
 
-long valueCount(const std::vector<long>& sizes) {
-    if (sizes.empty()) return 0;
-    long count = 1;
-    for (long size : sizes) {
-        if (size < 0 || __builtin_mul_overflow(count, size, &count)) SORVANE_THROW("Invalid size %ld", size);
-    }
-    return count;
-}
+void failSize(long size) { SORVANE_THROW("Invalid size %ld", size); }
 
 void* allocBytes(size_t bytes) {
     void* block = std::malloc(bytes ? bytes : 1);

@@ -1,9 +1,11 @@
 #include "sorvane/datatree/node/Tensor.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <utility>
 
 #include "sorvane/archive/JsonExporter.h"
@@ -27,17 +29,85 @@ size_t allocatingBytes(const std::vector<long>& sizes, ScalarType type) {
     return bytes;
 }
 
+constexpr size_t kBlockAlign = alignof(std::max_align_t);
+
+// Gives the shared node's allocation `extra` more bytes, aligned as malloc
+// aligns; where they start goes to *tail before the node is built in it.
+template <class T>
+struct TailAllocator {
+    using value_type = T;
+    size_t extra;
+    void** tail;
+
+    TailAllocator(size_t extraBytes, void** tailSlot) : extra(extraBytes), tail(tailSlot) {}
+    template <class U>
+    TailAllocator(const TailAllocator<U>& other) : extra(other.extra), tail(other.tail) {}
+
+    T* allocate(size_t n) {
+        // extra is at most kMaxAdjacentBytes, so the sum cannot wrap
+        const size_t head = (n * sizeof(T) + kBlockAlign - 1) & ~(kBlockAlign - 1);
+        void* p = std::malloc(head + extra);
+        if (!p) throw std::bad_alloc();
+        *tail = static_cast<unsigned char*>(p) + head;
+        return static_cast<T*>(p);
+    }
+    void deallocate(T* p, size_t) noexcept { std::free(p); }
+
+    template <class U>
+    bool operator==(const TailAllocator<U>& other) const { return extra == other.extra && tail == other.tail; }
+    template <class U>
+    bool operator!=(const TailAllocator<U>& other) const { return !(*this == other); }
+};
+
 } // namespace
 
-Tensor::Tensor(ScalarType type) : sizes{1}, type(type) { buffer = detail::allocZeroed(elementOrByte(type)); }
+Tensor::Dims& Tensor::Dims::operator=(const Dims& other) {
+    if (this != &other) assign(other.data(), other.count);
+    return *this;
+}
+
+Tensor::Dims& Tensor::Dims::operator=(const std::vector<long>& values) {
+    assign(values.data(), values.size());
+    return *this;
+}
+
+void Tensor::Dims::assign(const long* values, size_t n) {
+    if (n <= kLocal) {
+        // values may be this object's own (memmove), and the heap block is
+        // dropped only once they are copied
+        if (n && values != local) std::memmove(local, values, n * sizeof(long));
+        heap.reset();
+    } else {
+        std::unique_ptr<long[]> fresh(new long[n]);
+        std::copy(values, values + n, fresh.get());
+        heap = std::move(fresh);
+    }
+    count = n;
+}
+
+bool Tensor::Dims::operator==(const Dims& other) const {
+    return count == other.count && std::equal(begin(), end(), other.begin());
+}
+
+std::shared_ptr<Tensor> Tensor::makeWithBlock(size_t bytes, const long* sizes, size_t dimCount, ScalarType type) {
+    const size_t need = detail::byteCount(detail::valueCount(sizes, dimCount), type);
+    if (bytes < need || bytes > kMaxAdjacentBytes) SORVANE_THROW("Invalid buffer size");
+    void* tail = nullptr;
+    return std::allocate_shared<Tensor>(TailAllocator<Tensor>(bytes ? bytes : 1, &tail), BlockTag{}, &tail, sizes,
+                                        dimCount, type);
+}
+
+Tensor::Tensor(ScalarType type) : sizes(std::vector<long>{1}), type(type) {
+    buffer = detail::allocZeroed(elementOrByte(type));
+}
 
 Tensor::Tensor(const std::vector<long>& newSizes, ScalarType type) : sizes(newSizes), type(type) {
-    buffer = detail::allocZeroed(allocatingBytes(sizes, type));
+    buffer = detail::allocZeroed(allocatingBytes(newSizes, type));
 }
 
 Tensor::Tensor(const void* source, long bufferSize, const std::vector<long>& newSizes, ScalarType type)
     : sizes(newSizes), type(type) {
-    const size_t bytes = allocatingBytes(sizes, type);
+    const size_t bytes = allocatingBytes(newSizes, type);
     if (bufferSize < 0 || bytes > static_cast<size_t>(bufferSize)) SORVANE_THROW("Invalid buffer size");
     if (!source && bytes > 0) SORVANE_THROW("Invalid buffer size");
     buffer = detail::allocBytes(bytes);
@@ -46,26 +116,35 @@ Tensor::Tensor(const void* source, long bufferSize, const std::vector<long>& new
 
 Tensor::Tensor(void* data, long bufferSize, const std::vector<long>& newSizes, ScalarType type)
     : sizes(newSizes), type(type) {
-    const size_t bytes = detail::byteCount(detail::valueCount(sizes), type);
+    const size_t bytes = detail::byteCount(detail::valueCount(newSizes), type);
     if (bufferSize < 0 || bytes > static_cast<size_t>(bufferSize)) SORVANE_THROW("Invalid buffer size");
     buffer = data;
 }
 
 Tensor::Tensor(void* data, long bufferSize, std::vector<long>&& newSizes, ScalarType type)
-    : sizes(std::move(newSizes)), type(type) {
-    const size_t bytes = detail::byteCount(detail::valueCount(sizes), type);
+    : sizes(newSizes), type(type) {
+    const size_t bytes = detail::byteCount(detail::valueCount(newSizes), type);
     if (bufferSize < 0 || bytes > static_cast<size_t>(bufferSize)) SORVANE_THROW("Invalid buffer size");
     buffer = data;
 }
 
-Tensor::~Tensor() { std::free(buffer); }
+Tensor::Tensor(BlockTag, void* tailSlot, const long* newSizes, size_t dimCount, ScalarType type)
+    : buffer(*static_cast<void**>(tailSlot)), sizes(newSizes, dimCount), type(type), adjacent(true) {}
+
+Tensor::~Tensor() { dropBuffer(); }
+
+void Tensor::dropBuffer() {
+    if (!adjacent) std::free(buffer);
+    buffer = nullptr;
+    adjacent = false;
+}
 
 DataTreeType Tensor::getType() const { return DataTreeType::Tensor; }
 
 bool Tensor::equals(const Node& other) const {
     const auto* tensor = dynamic_cast<const Tensor*>(&other);
     if (!tensor || tensor->sizes != sizes || tensor->type != type) return false;
-    const long bytes = detail::valueCount(sizes) == 0 ? 0 : getBufferSize();
+    const long bytes = getValueCount() == 0 ? 0 : getBufferSize();
     if (bytes == 0 || buffer == tensor->buffer) return true;
     if (!buffer || !tensor->buffer) return false;
     return std::memcmp(buffer, tensor->buffer, static_cast<size_t>(bytes)) == 0;
@@ -74,7 +153,7 @@ bool Tensor::equals(const Node& other) const {
 Node* Tensor::clone() const {
     void* copy = nullptr;
     if (buffer) {
-        const size_t bytes = detail::valueCount(sizes) == 0 ? 0 : static_cast<size_t>(getBufferSize());
+        const size_t bytes = getValueCount() == 0 ? 0 : static_cast<size_t>(getBufferSize());
         copy = detail::allocBytes(bytes);
         if (bytes) std::memcpy(copy, buffer, bytes);
     }
@@ -89,22 +168,36 @@ Node* Tensor::clone() const {
 bool Tensor::isTensor() const { return true; }
 bool Tensor::hasScalarType() const { return true; }
 ScalarType Tensor::getScalarType() const { return type; }
-long Tensor::getValueCount() const { return detail::valueCount(sizes); }
+long Tensor::getValueCount() const { return detail::valueCount(sizes.data(), sizes.size()); }
 long Tensor::getSize() const { return getValueCount(); }
 long Tensor::getBufferSize() const { return getScalarSize(type) * getValueCount(); }
 const void* Tensor::getBuffer() const { return buffer; }
 void* Tensor::getBuffer() { return buffer; }
 
 void* Tensor::releaseBuffer() {
-    void* fresh = detail::allocZeroed(elementOrByte(type));
     void* released = buffer;
+    if (adjacent) {
+        // The caller frees what it gets: a block beside the node is copied out.
+        const size_t bytes = getValueCount() == 0 ? 0 : static_cast<size_t>(getBufferSize());
+        released = detail::allocBytes(bytes);
+        if (bytes) std::memcpy(released, buffer, bytes);
+    }
+    void* fresh = nullptr;
+    try {
+        fresh = detail::allocZeroed(elementOrByte(type));
+    } catch (...) {
+        if (adjacent) std::free(released);
+        throw;
+    }
     buffer = fresh;
-    sizes.assign(1, 1);
+    adjacent = false;
+    const long one = 1;
+    sizes.assign(&one, 1);
     return released;
 }
 
 long Tensor::getTensorDim() const { return static_cast<long>(sizes.size()); }
-std::vector<long> Tensor::getTensorSizes() const { return sizes; }
+std::vector<long> Tensor::getTensorSizes() const { return sizes.toVector(); }
 
 std::vector<long> Tensor::getTensorStrides(bool inBytes) const {
     std::vector<long> strides(sizes.size());
@@ -140,7 +233,7 @@ void Tensor::resize(const std::vector<long>& newSizes) {
         if (old && kept > 0) std::memcpy(row, old + r * oldLength, static_cast<size_t>(kept) * sizeof(T));
         for (long c = old ? kept : 0; c < newLength; ++c) row[c] = T(0);
     }
-    freeBuffer(buffer);
+    dropBuffer();
     buffer = fresh;
 }
 
@@ -167,17 +260,18 @@ void Tensor::setTensorSizes(const std::vector<long>& newSizes) {
 }
 
 void Tensor::giveTensorData(void* data, const std::vector<long>& newSizes, ScalarType newType) {
-    std::vector<long> copy(newSizes);  // newSizes may be this tensor's own
-    detail::valueCount(copy);          // negative sizes would break every reader
-    if (buffer && buffer != data) freeBuffer(buffer);
-    buffer = data;
-    sizes.swap(copy);
+    detail::valueCount(newSizes);  // negative sizes would break every reader
+    // The tensor's own block given back keeps its place (and its owner).
+    if (buffer != data) {
+        dropBuffer();
+        buffer = data;
+    }
+    sizes = newSizes;
     type = newType;
 }
 
 void Tensor::setTensorData(const void* data, const std::vector<long>& newSizes, ScalarType newType) {
-    std::vector<long> copy(newSizes);
-    const size_t bytes = detail::byteCount(detail::valueCount(copy), newType);
+    const size_t bytes = detail::byteCount(detail::valueCount(newSizes), newType);
     void* fresh = allocBuffer(bytes ? bytes : 1);
     if (!fresh) throw std::bad_alloc();
     if (bytes) {
@@ -186,9 +280,9 @@ void Tensor::setTensorData(const void* data, const std::vector<long>& newSizes, 
         else
             std::memset(fresh, 0, bytes);
     }
-    freeBuffer(buffer);
+    dropBuffer();
     buffer = fresh;
-    sizes.swap(copy);
+    sizes = newSizes;
     type = newType;
 }
 
@@ -224,7 +318,7 @@ Node* Tensor::convertScalarType(ScalarType t) const {
         SORVANE_THROW("Conversion failed:\n%s", e.what());
     }
     try {
-        return new Tensor(block, static_cast<long>(bytes), sizes, t);
+        return new Tensor(block, static_cast<long>(bytes), sizes.toVector(), t);
     } catch (...) {
         freeBuffer(block);
         throw;
@@ -235,14 +329,14 @@ namespace {
 
 // Nested lists, the innermost on one line each. Iterative, so that a tensor
 // of very many dimensions cannot exhaust the stack.
-void writeTensor(archive::JsonExporter& exporter, ScalarType type, const unsigned char* data,
-                 const std::vector<long>& sizes, long element) {
-    const size_t last = sizes.size() - 1;
+void writeTensor(archive::JsonExporter& exporter, ScalarType type, const unsigned char* data, const long* sizes,
+                 size_t dimCount, long element) {
+    const size_t last = dimCount - 1;
     if (last == 0) {
         detail::writeValueLine(exporter, type, data, sizes[0]);
         return;
     }
-    std::vector<long> inner(sizes.size(), 1);
+    std::vector<long> inner(dimCount, 1);
     for (size_t d = last; d-- > 0;) inner[d] = inner[d + 1] * sizes[d + 1];
     std::vector<long> index(last, 0);
     std::vector<long> base(last, 0);
@@ -283,7 +377,8 @@ void Tensor::toJson(archive::JsonExporter& exporter) const {
     // Deeper nesting than a read accepts would be text that cannot come back
     // (and its indentation grows with the square of the depth).
     if (getTensorDim() > kMaxJsonDepth) SORVANE_THROW("Tensor dimension %ld is too deep to write", getTensorDim());
-    writeTensor(exporter, type, static_cast<const unsigned char*>(buffer), sizes, getScalarSize(type));
+    writeTensor(exporter, type, static_cast<const unsigned char*>(buffer), sizes.data(), sizes.size(),
+                getScalarSize(type));
 }
 
 } // namespace sorvane::datatree

@@ -21,6 +21,7 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
         parent.reset();
         root.reset();
         rootReferences = nullptr;
+        rootRaw = nullptr;
         return;
     }
     // The parent is held by a shared reference meanwhile, so its own weak
@@ -32,14 +33,17 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
     if (!parent_->root.expired()) {
         root = parent_->root;
         rootReferences = parent_->rootReferences;
+        rootRaw = parent_->rootRaw;
         return;
     }
     if (auto* top = dynamic_cast<RootNode*>(parent_)) {
         root = std::shared_ptr<RootNode>(parent_->shared_from_this(), top);
         rootReferences = &top->referenceListCache();
+        rootRaw = top;
     } else {
         root.reset();
         rootReferences = nullptr;
+        rootRaw = nullptr;
     }
 }
 

@@ -84,6 +84,13 @@ public:
     virtual void toJson(archive::JsonExporter& exporter) const = 0;
     virtual std::string toJsonString(const archive::JsonExporter::Options& options = {}) const;
 
+    // The root without taking a reference, null once the document is gone.
+    // For short reads that keep no pointer: a lock costs an atomic exchange
+    // per call, which shows when every accessor of a large file is read.
+    RootNode* peekNodeRoot() const { return root.expired() ? nullptr : rootRaw; }
+    // The parent link itself, for identity checks without a counted copy.
+    const WeakRef& peekNodeParent() const { return parent; }
+
 protected:
     AbstractNode();  // for RootNode only
     explicit AbstractNode(const NodeParent& parent);
@@ -109,6 +116,7 @@ protected:
     // otherwise lock the root for each id: use only while `root` has not
     // expired. Set and cleared with `root`.
     ReferenceListCache* rootReferences = nullptr;
+    RootNode* rootRaw = nullptr;  // what `root` points at; set and cleared with it
 };
 
 // Writes the node as JSON with default options.

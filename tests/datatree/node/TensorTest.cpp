@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <numeric>
 #include <sstream>
 
@@ -105,9 +106,7 @@ TEST(TensorTest, GiveReleaseAndCopyOwnership) {
     EXPECT_NE(shared.getBuffer(), nullptr);
     shared.giveTensorData(released, 24, {3, 2}, ScalarType::Integer32);
     EXPECT_EQ(tensor.getData<int>()[5], 5);
-    // Giving a tensor its own sizes is safe.
-    const std::vector<long>& ownSizes = static_cast<Tensor&>(tensor.getNode()).sizesRef();
-    tensor.getNode().giveTensorData(tensor.releaseBuffer(), ownSizes, ScalarType::Integer32);
+    tensor.getNode().giveTensorData(tensor.releaseBuffer(), tensor.getTensorSizes(), ScalarType::Integer32);
 
     EXPECT_THROW_TEXT(DataTree::createTensor(static_cast<const void*>(block), 23, {2, 3}, ScalarType::Integer32),
                       RuntimeException, "Invalid buffer size");
@@ -180,4 +179,60 @@ TEST(TensorTest, ConvertAndJson) {
     EXPECT_EQ(back.getItem(1).getItem(1).getData<long>()[1], 7);
     EXPECT_THROW_TEXT(DataTree::createTensor({2}, ScalarType::Boolean).toJsonString(), RuntimeException,
                       "Invalid or unsupported scalar type");
+}
+
+// A tensor whose values lie in its own allocation behaves as one that owns a
+// malloc block: what leaves it is a malloc block, what replaces it is freed.
+// The sanitizer build catches a free of the inner block.
+TEST(TensorTest, BlockBesideTheNode) {
+    const long sizes[] = {2, 3};
+    auto made = [&] {
+        std::shared_ptr<Tensor> node = Tensor::makeWithBlock(24, sizes, 2, ScalarType::Float);
+        float* values = static_cast<float*>(node->getBuffer());
+        for (int i = 0; i < 6; ++i) values[i] = static_cast<float>(i);
+        return DataTree(node);
+    };
+    DataTree tensor = made();
+    EXPECT_EQ(tensor.getTensorSizes(), (std::vector<long>{2, 3}));
+    EXPECT_EQ(tensor.getBufferSize(), 24);
+    EXPECT_TRUE(tensor.equals(iota({2, 3})));
+    DataTree copy(tensor.getNode().clone());
+    tensor.getData<float>()[0] = 9;
+    EXPECT_EQ(copy.getData<float>()[0], 0);
+
+    // Released: a copy the caller frees; the tensor goes on with sizes [1].
+    void* released = tensor.releaseBuffer();
+    EXPECT_EQ(static_cast<float*>(released)[0], 9);
+    EXPECT_EQ(static_cast<float*>(released)[5], 5);
+    EXPECT_EQ(tensor.getTensorSizes(), std::vector<long>{1});
+    std::free(released);
+
+    // Given its own block back, a tensor keeps it; given another, it takes it.
+    DataTree again = made();
+    again.getNode().giveTensorData(again.getBuffer(), {3, 2}, ScalarType::Float);
+    EXPECT_EQ(again.getData<float>()[5], 5);
+    void* other = std::malloc(8);
+    again.giveTensorData(other, 8, {2}, ScalarType::Integer32);
+    EXPECT_EQ(again.getBuffer(), other);
+    made().setTensorData(nullptr, 12, {3}, ScalarType::Float);
+    DataTree rows = made();
+    rows.setTensorSizes({2, 4});
+    EXPECT_EQ(rows.getData<float>()[4], 3);
+    EXPECT_EQ(rows.getData<float>()[7], 0);
+
+    // Sizes past the four held in the node, and a reshape in place.
+    const long deep[] = {1, 2, 1, 3, 1, 1};
+    DataTree six(Tensor::makeWithBlock(24, deep, 6, ScalarType::Float));
+    EXPECT_EQ(six.getTensorSizes(), (std::vector<long>{1, 2, 1, 3, 1, 1}));
+    six.setTensorSizes({6});
+    EXPECT_EQ(six.getTensorDim(), 1);
+    six.setTensorSizes({1, 1, 1, 1, 2, 3});
+    EXPECT_EQ(six.getTensorSize(5), 3);
+
+    EXPECT_THROW_TEXT(Tensor::makeWithBlock(20, sizes, 2, ScalarType::Float), RuntimeException, "Invalid buffer size");
+    const long large[] = {Tensor::kMaxAdjacentBytes};
+    EXPECT_THROW_TEXT(Tensor::makeWithBlock(Tensor::kMaxAdjacentBytes + 1, large, 1, ScalarType::UInteger8),
+                      RuntimeException, "Invalid buffer size");
+    const long negative[] = {-1};
+    EXPECT_THROW_TEXT(Tensor::makeWithBlock(8, negative, 1, ScalarType::Float), RuntimeException, "Invalid size -1");
 }

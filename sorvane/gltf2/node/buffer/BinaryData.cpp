@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <new>
 
 #include "sorvane/archive/DocumentUri.h"
 #include "sorvane/archive/FileProvider.h"
@@ -112,7 +113,7 @@ struct TypeShape {
 TypeShape shapeOf(const std::string& type) {
     TypeShape s;
     const char* t = type.c_str();
-    if (type.size() == 6 && type == "SCALAR") return {1, 1, {0, 0}};
+    if (type.size() == 6 && std::memcmp(t, "SCALAR", 6) == 0) return {1, 1, {0, 0}};
     if (type.size() != 4 || (t[3] < '2' || t[3] > '4')) return s;
     const long n = t[3] - '0';
     if (t[0] == 'V' && t[1] == 'E' && t[2] == 'C') return {n, 2, {n, 0}};
@@ -133,6 +134,54 @@ struct ReadPlan {
     ScalarType scalar = ScalarType::Invalid;
 };
 
+// Where the last short read of this thread was in its accessor list. Reading
+// every accessor in order is the common case; the nodes the next reads need
+// are then asked for ahead, as a file system reads ahead. Only a hint: the
+// list is compared, never followed, and the position is checked against the
+// node being read.
+struct ReadAhead {
+    const void* list = nullptr;
+    size_t next = 0;
+};
+thread_local ReadAhead readAhead;
+
+constexpr size_t kNodesAhead = 2;
+
+void prefetchNode(const void* node) {
+    if (!node) return;
+    const char* p = static_cast<const char*>(node);
+    __builtin_prefetch(p);
+    __builtin_prefetch(p + 64);
+    __builtin_prefetch(p + 128);
+}
+
+// The view a node names, or null.
+const BufferViewNode* viewNamed(const AccessorNode* accessor, const std::vector<std::shared_ptr<BufferViewNode>>& views) {
+    if (!accessor || !accessor->hasBufferView()) return nullptr;
+    const int64_t view = accessor->getBufferView();
+    return view >= 0 && static_cast<size_t>(view) < views.size() ? views[static_cast<size_t>(view)].get() : nullptr;
+}
+
+// The node is asked for two reads ahead; its view one read later, when the
+// node has had time to arrive.
+void readAheadFrom(const AccessorNode& accessor, const RootNode& root) {
+    const auto& list = root.getAccessors();
+    const auto& views = root.getBufferViews();
+    if (!list || !views) return;
+    const auto& items = list->getItems();
+    if (readAhead.list != list.get()) readAhead = {list.get(), 0};
+    size_t at = readAhead.next;
+    if (at >= items.size() || items[at].get() != &accessor) {
+        if (items.empty() || items[0].get() != &accessor) return;
+        at = 0;  // a new pass
+    }
+    readAhead.next = at + 1;
+    if (at + kNodesAhead < items.size()) prefetchNode(items[at + kNodesAhead].get());
+    if (at + 1 < items.size()) {
+        if (const BufferViewNode* view = viewNamed(items[at + 1].get(), views->getItems())) prefetchNode(view);
+    }
+}
+
 bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
     plan.shape = shapeOf(accessor.getType());
     if (plan.shape.rank == 0) return false;
@@ -152,10 +201,11 @@ bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
         __builtin_mul_overflow(values, componentSize, &plan.bytes))
         return false;
     if (!accessor.hasBufferView()) return false;
-    // The node's own link to its document, read without taking a reference.
-    const std::weak_ptr<RootNode> rootLink = accessor.getNodeRoot();
-    const std::shared_ptr<RootNode> root = rootLink.lock();
+    // The caller holds the accessor, and the read keeps nothing: its
+    // document is looked at without taking a reference.
+    const RootNode* root = accessor.peekNodeRoot();
     if (!root) return false;
+    readAheadFrom(accessor, *root);
     const auto& views = root->getBufferViews();
     const auto& buffers = root->getBuffers();
     const RootNode::SharedBuffer* shared = root->getSharedBuffer();
@@ -176,7 +226,7 @@ bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
     const BufferNode* buffer = buffers->getItems()[static_cast<size_t>(bufferIndex)].get();
     if (!buffer) return false;
     // The general path knows the shared buffer by the node's own position in its list.
-    const std::weak_ptr<AbstractNode> parent = buffer->getNodeParent();
+    const AbstractNode::WeakRef& parent = buffer->peekNodeParent();
     if (parent.owner_before(buffers) || buffers.owner_before(parent)) return false;
     // The shared buffer's own bytes, as the general path takes them: a .glb's
     // BIN chunk may be longer than "byteLength" by its padding.
@@ -297,12 +347,31 @@ std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
 DataTree BinaryData::getTensor(const AccessorNode& accessor) {
     ReadPlan plan;
     if (planRead(accessor, plan)) {
-        std::vector<long> dims(static_cast<size_t>(plan.shape.rank));
-        dims[0] = static_cast<long>(accessor.getCount());
-        for (int d = 1; d < plan.shape.rank; ++d) dims[static_cast<size_t>(d)] = plan.shape.inner[d - 1];
-        if (void* block = allocateBlock(static_cast<size_t>(plan.bytes))) {
-            // The view may give less than the elements take (the offset is
-            // subtracted): the rest reads as zeros.
+        const size_t rank = static_cast<size_t>(plan.shape.rank);
+        long sizes[3] = {static_cast<long>(accessor.getCount()), plan.shape.inner[0], plan.shape.inner[1]};
+        // The view may give less than the elements take (the offset is
+        // subtracted): the rest reads as zeros.
+        if (static_cast<size_t>(plan.bytes) <= datatree::Tensor::kMaxAdjacentBytes) {
+            // The bytes are fetched while the tensor is made: reading every
+            // accessor of a large file, they are mostly not in the cache.
+            const int64_t ahead = plan.length < 4096 ? plan.length : 4096;
+            for (int64_t at = 0; at < ahead; at += 64) __builtin_prefetch(plan.source + at);
+            // One allocation for the node, its sizes and its values.
+            std::shared_ptr<datatree::Tensor> tensor;
+            try {
+                tensor = datatree::Tensor::makeWithBlock(static_cast<size_t>(plan.bytes), sizes, rank, plan.scalar);
+            } catch (const std::bad_alloc&) {
+                // the general path words it
+            }
+            if (tensor) {
+                auto* block = static_cast<uint8_t*>(tensor->getBuffer());
+                if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
+                if (plan.bytes > plan.length)
+                    std::memset(block + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
+                return DataTree(std::move(tensor));
+            }
+        } else if (void* block = allocateBlock(static_cast<size_t>(plan.bytes))) {
+            std::vector<long> dims(sizes, sizes + rank);
             if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
             if (plan.bytes > plan.length)
                 std::memset(static_cast<uint8_t*>(block) + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
