@@ -234,6 +234,12 @@ class AccessorEmitter:
         o.append("")
         o.append(f"    {A}();")
         o.append(f"    {A}(const std::shared_ptr<RootNode>& root, const std::shared_ptr<{N}>& node, bool readOnly);")
+        # The members view the node through this accessor's references: a
+        # copy or a move binds them to the new accessor.
+        o.append(f"    {A}(const {A}& other);")
+        o.append(f"    {A}({A}&& other) noexcept;")
+        o.append(f"    {A}& operator=(const {A}& other);")
+        o.append(f"    {A}& operator=({A}&& other) noexcept;")
         o.append("")
         for f in fields:
             o.append(f"    {alias(f)} {member_var(f)};")
@@ -255,13 +261,26 @@ class AccessorEmitter:
             if followed is not None and followed is not record:
                 o.append(f'#include "sorvane/{accessor_source(followed)}.h"')
         o += ["", f"namespace {record.namespace} {{", ""]
-        o.append(f"{A}::{A}() = default;")
+        # Every member borrows this accessor's references (see MemberProperty).
+        inits = "".join(f",\n      {member_var(f)}(*this)" for f in fields)
+        base = record.accessor_base or f"ObjectProperty<{N}>"
+        o.append(f"{A}::{A}() : {base}(){inits} {{}}")
         o.append("")
-        inits = "".join(f",\n      {member_var(f)}(root_, node_, readOnly_)" for f in fields)
         o.append(f"{A}::{A}(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<{N}>& node_, bool readOnly_)")
-        base = record.accessor_base or "ObjectProperty"
         o.append(f"    : {base}(root_, node_, readOnly_){inits} {{}}")
         o.append("")
+        o.append(f"{A}::{A}(const {A}& other) : {base}(other){inits} {{}}")
+        o.append("")
+        o.append(f"{A}::{A}({A}&& other) noexcept : {base}(std::move(other)){inits} {{}}")
+        o.append("")
+        for arg, val in ((f"const {A}& other", "other"), (f"{A}&& other", "std::move(other)")):
+            o.append(f"{A}& {A}::operator=({arg}){' noexcept' if '&&' in arg else ''} {{")
+            o.append(f"    {base}::operator=({val});")
+            for f in fields:
+                o.append(f"    {member_var(f)}.bind(*this);")
+            o.append("    return *this;")
+            o.append("}")
+            o.append("")
         o.append(f"void {A}::clearMembers() {{")
         for f in fields:
             o.append(f"    {member_var(f)}.reset();")

@@ -55,6 +55,7 @@ public:
     ValueMember() = default;
     ValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ValueMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return D::kTypeName; }
 
@@ -125,6 +126,7 @@ public:
     DefaultValueMember() = default;
     DefaultValueMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit DefaultValueMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     void outputRepresentation(std::ostream& out) const override {
         archive::JsonExporter exporter(out);
@@ -153,6 +155,7 @@ public:
     ValueListMember() = default;
     ValueListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ValueListMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return "list"; }
 
@@ -195,6 +198,7 @@ public:
     DefaultValueListMember() = default;
     DefaultValueListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit DefaultValueListMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     void outputRepresentation(std::ostream& out) const override {
         archive::JsonExporter exporter(out);
@@ -229,12 +233,13 @@ public:
     ReferenceMember() = default;
     ReferenceMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ReferenceMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     int64_t getIndex() const { return Base::get(); }
 
     // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
     Acc get() const {
-        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->propertyRoot,
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->getPropertyRoot(),
                                                         this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
@@ -274,7 +279,7 @@ public:
 
     // Fails with "Getting item from %s: Invalid id %ld" for a dangling id.
     Acc get() const {
-        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->propertyRoot,
+        return detail::followReference<Acc, TargetList>(this->node(), D::kTarget, getIndex(), this->getPropertyRoot(),
                                                         this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
@@ -311,8 +316,9 @@ public:
     ReferenceListMember() = default;
     ReferenceListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ReferenceListMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
-    Item getItem(int64_t index) const { return Item(this->propertyRoot, this->owner, this->propertyReadOnly, index); }
+    Item getItem(int64_t index) const { return Item(this->getPropertyRoot(), this->ownerRef(), this->propertyReadOnly, index); }
     Item* getItemPtr(int64_t index) const { return new Item(getItem(index)); }
     Item operator[](int64_t index) const { return getItem(index); }
 };
@@ -327,6 +333,7 @@ public:
     ChildMember() = default;
     ChildMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ChildMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return Acc::NodeType::kTypeName; }
 
@@ -342,12 +349,12 @@ public:
             if (!D::get(n)) {
                 if (this->propertyReadOnly)
                     SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
-                auto child = std::make_shared<typename Acc::NodeType>(this->owner);
+                auto child = std::make_shared<typename Acc::NodeType>(this->ownerRef());
                 child->incompleteInit();
                 D::set(n, child);
             }
         }
-        return Acc(this->propertyRoot, D::get(this->node()), this->propertyReadOnly);
+        return Acc(this->getPropertyRoot(), D::get(this->node()), this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
 
@@ -376,6 +383,7 @@ public:
     ChildListMember() = default;
     ChildListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit ChildListMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return Item::NodeType::kListTypeName; }
 
@@ -387,9 +395,9 @@ public:
 
     // Over an absent optional list, a handle that creates it on its first add.
     ListAcc get() const {
-        ListAcc list(this->propertyRoot, D::get(this->node()), this->propertyReadOnly);
+        ListAcc list(this->getPropertyRoot(), D::get(this->node()), this->propertyReadOnly);
         if constexpr (D::kOptional) {
-            if (!list.getNode()) list.setAbsentOwner(this->owner, D::kKey);
+            if (!list.getNode()) list.setAbsentOwner(this->ownerRef(), D::kKey);
         }
         return list;
     }
@@ -411,7 +419,7 @@ public:
     template <class... A>
     Item add(A&&... args) {
         NodeT& n = this->writableNode(Change::AddItem);
-        if (!D::get(n)) D::set(n, std::make_shared<ListNode>(this->owner));
+        if (!D::get(n)) D::set(n, std::make_shared<ListNode>(this->ownerRef()));
         return get().add(std::forward<A>(args)...);
     }
     template <class... A>
@@ -460,6 +468,7 @@ public:
     GenericMember() = default;
     GenericMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit GenericMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return "Object"; }
 
@@ -474,10 +483,10 @@ public:
         std::shared_ptr<ObjectNode> value = D::get(n);
         if (!value) {
             if (this->propertyReadOnly) SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
-            value = std::make_shared<ObjectNode>(this->owner);
+            value = std::make_shared<ObjectNode>(this->ownerRef());
             D::set(n, value);
         }
-        return Object(this->propertyRoot, value, this->propertyReadOnly);
+        return Object(this->getPropertyRoot(), value, this->propertyReadOnly);
     }
     Object* getPtr() const { return new Object(get()); }
     // The value under a key of the object, which may not exist yet.
@@ -492,6 +501,6 @@ public:
     // The copy is made first, so a failure leaves the member as it was.
     void copy(const GenericProperty& source) {
         NodeT& n = this->writableNode(Change::Clone);
-        D::set(n, std::static_pointer_cast<ObjectNode>(Object::copyOf(source, this->owner)));
+        D::set(n, std::static_pointer_cast<ObjectNode>(Object::copyOf(source, this->ownerRef())));
     }
 };

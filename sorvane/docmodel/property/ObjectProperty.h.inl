@@ -66,10 +66,44 @@ public:
     // Required members are always present.
     bool isPropertyPresent() const {
         if constexpr (D::kOptional) return D::has(node());
-        else return static_cast<bool>(owner) || (failInvalidNode(), false);
+        else return static_cast<bool>(ownerRef()) || (failInvalidNode(), false);
     }
 
-    void reset() { owner.reset(); }
+    void reset() {
+        owner.reset();
+        ownerSource = &owner;
+    }
+
+    // A member held by the record accessor `host`: it views host's node
+    // through host's own references, so it costs no reference counting. A copy
+    // of it (taken out of the host) owns its references again.
+    explicit MemberProperty(const ObjectProperty<NodeT>& host) { bind(host); }
+    // For the host, after it was assigned to or moved: its members keep
+    // viewing what it views.
+    void bind(const ObjectProperty<NodeT>& host) {
+        borrowRoot(host);
+        owner.reset();
+        ownerSource = &host.getNode();
+    }
+
+    MemberProperty(const MemberProperty& other) : Property(other), owner(other.ownerRef()) {}
+    MemberProperty(MemberProperty&& other) noexcept : Property(std::move(other)), owner(other.takeOwner()) {}
+    MemberProperty& operator=(const MemberProperty& other) {
+        if (this != &other) {
+            Property::operator=(other);
+            owner = other.ownerRef();
+            ownerSource = &owner;
+        }
+        return *this;
+    }
+    MemberProperty& operator=(MemberProperty&& other) noexcept {
+        if (this != &other) {
+            Property::operator=(std::move(other));
+            owner = other.takeOwner();
+            ownerSource = &owner;
+        }
+        return *this;
+    }
 
 protected:
     MemberProperty() = default;
@@ -77,8 +111,9 @@ protected:
         : Property(root_, readOnly_), owner(owner_) {}
 
     NodeT& node() const {
-        if (!owner) failInvalidNode();
-        return *owner;
+        const std::shared_ptr<NodeT>& n = *ownerSource;
+        if (!n) failInvalidNode();
+        return *n;
     }
 
     NodeT& writableNode(Change change) const {
@@ -87,5 +122,19 @@ protected:
         return n;
     }
 
+    // The owner's node, owned or borrowed.
+    const std::shared_ptr<NodeT>& ownerRef() const { return *ownerSource; }
+
+private:
+    // Members may be borrowing: they reach the document and the owner through
+    // getPropertyRoot() and ownerRef(), never through the fields.
+    using Property::propertyRoot;
+
+    std::shared_ptr<NodeT> takeOwner() {
+        if (ownerSource == &owner) return std::move(owner);
+        return *ownerSource;
+    }
+
     std::shared_ptr<NodeT> owner;
+    const std::shared_ptr<NodeT>* ownerSource = &owner;
 };

@@ -27,6 +27,27 @@ public:
 
     virtual ~Property();
 
+    // A copy always holds its own reference to the document, also when the
+    // source borrowed one (see borrowRoot).
+    Property(const Property& other) : propertyRoot(*other.rootSource), propertyReadOnly(other.propertyReadOnly) {}
+    Property(Property&& other) noexcept : propertyRoot(other.takeRoot()), propertyReadOnly(other.propertyReadOnly) {}
+    Property& operator=(const Property& other) {
+        if (this != &other) {
+            propertyRoot = *other.rootSource;
+            rootSource = &propertyRoot;
+            propertyReadOnly = other.propertyReadOnly;
+        }
+        return *this;
+    }
+    Property& operator=(Property&& other) noexcept {
+        if (this != &other) {
+            propertyRoot = other.takeRoot();
+            rootSource = &propertyRoot;
+            propertyReadOnly = other.propertyReadOnly;
+        }
+        return *this;
+    }
+
     virtual int64_t getPropertyIndex() const = 0;
     virtual std::string getPropertyName() const = 0;
     virtual std::string getPropertyPath() const = 0;
@@ -34,7 +55,7 @@ public:
     virtual void outputRepresentation(std::ostream& out) const = 0;
     std::string buildRepresentation() const;
 
-    const std::shared_ptr<RootNode>& getPropertyRoot() const { return propertyRoot; }
+    const std::shared_ptr<RootNode>& getPropertyRoot() const { return *rootSource; }
     bool isPropertyReadOnly() const { return propertyReadOnly; }
 
 protected:
@@ -45,6 +66,25 @@ protected:
     // Fails with the read-only message of the change when this accessor is read-only.
     void checkWritable(Change change, const std::string& path) const;
 
+    // A member accessor held inside its record's accessor uses that
+    // accessor's reference to the document instead of counting one of its
+    // own: a record accessor would otherwise take and drop two references per
+    // key. The host must outlive the borrower (it contains it).
+    void borrowRoot(const Property& host) {
+        propertyRoot.reset();
+        rootSource = &host.getPropertyRoot();
+        propertyReadOnly = host.propertyReadOnly;
+    }
+
     std::shared_ptr<RootNode> propertyRoot;
     bool propertyReadOnly = false;
+
+private:
+    std::shared_ptr<RootNode> takeRoot() {
+        if (rootSource == &propertyRoot) return std::move(propertyRoot);
+        return *rootSource;
+    }
+
+    // &propertyRoot, or the host's reference while borrowing.
+    const std::shared_ptr<RootNode>* rootSource = &propertyRoot;
 };

@@ -27,6 +27,7 @@ public:
     CreatedChildMember() = default;
     CreatedChildMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit CreatedChildMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return ChildNode::kTypeName; }
     void outputRepresentation(std::ostream& out) const override {
@@ -41,11 +42,11 @@ public:
         if (!child) {
             if (this->propertyReadOnly)
                 SORVANE_THROW("Getting %s: Property does not exist", this->getPropertyPath().c_str());
-            child = std::make_shared<ChildNode>(this->owner);
+            child = std::make_shared<ChildNode>(this->ownerRef());
             child->incompleteInit();
             D::set(n, child);
         }
-        return Acc(this->propertyRoot, child, this->propertyReadOnly);
+        return Acc(this->getPropertyRoot(), child, this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
     struct Arrow {
@@ -69,18 +70,19 @@ public:
     IndexMember() = default;
     IndexMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit IndexMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     int64_t getIndex() const { return D::get(this->node()); }
 
     Acc get() const {
         const int64_t index = getIndex();
-        if (!this->propertyRoot) failInvalid();
-        AbstractNode::Ref list = this->propertyRoot->getNodeItem(std::string(D::kTargetList));
-        if (!list) SORVANE_THROW("There is no %s in %s", D::kTargetList, this->propertyRoot->getNodePath().c_str());
+        if (!this->getPropertyRoot()) failInvalid();
+        AbstractNode::Ref list = this->getPropertyRoot()->getNodeItem(std::string(D::kTargetList));
+        if (!list) SORVANE_THROW("There is no %s in %s", D::kTargetList, this->getPropertyRoot()->getNodePath().c_str());
         auto item = std::dynamic_pointer_cast<typename Acc::NodeType>(list->getNodeItem(index));
         if (!item) SORVANE_THROW("Getting item from %s: Invalid index %ld", list->getNodePath().c_str(),
                                  static_cast<long>(index));
-        return Acc(this->propertyRoot, item, this->propertyReadOnly);
+        return Acc(this->getPropertyRoot(), item, this->propertyReadOnly);
     }
     Acc* getPtr() const { return new Acc(get()); }
 

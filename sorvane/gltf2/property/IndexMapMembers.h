@@ -71,7 +71,7 @@ public:
         else D::removeValue(n, key);
     }
 
-    Accessor get() const { return detail::accessorByIndex(this->propertyRoot, getIndex(), this->propertyReadOnly); }
+    Accessor get() const { return detail::accessorByIndex(this->getPropertyRoot(), getIndex(), this->propertyReadOnly); }
     Accessor* getPtr() const { return new Accessor(get()); }
     std::vector<long> getDims() const { return get().getDims(); }
     AccessorComponentType getComponentType() const { return get().componentType.get(); }
@@ -121,7 +121,7 @@ public:
     bool has(const std::string& key) const { return D::hasValue(this->node(), position, key); }
     Item get(const std::string& key) const {
         D::getValue(this->node(), position, key);  // fails for an absent key
-        return Item(this->propertyRoot, this->owner, this->propertyReadOnly, position, key);
+        return Item(this->getPropertyRoot(), this->ownerRef(), this->propertyReadOnly, position, key);
     }
     Item* getPtr(const std::string& key) const { return new Item(get(key)); }
     void put(const std::string& key, int64_t index) {
@@ -146,6 +146,7 @@ public:
     IndexMapMember() = default;
     IndexMapMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit IndexMapMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return "map"; }
     void outputRepresentation(std::ostream& out) const override {
@@ -170,7 +171,7 @@ public:
     const archive::JsonImporter::IntegerMap& get() const { return D::get(this->node()); }
     Item get(const std::string& key) const {
         D::getValue(this->node(), key);  // fails for an absent key
-        return Item(this->propertyRoot, this->owner, this->propertyReadOnly, -1, key);
+        return Item(this->getPropertyRoot(), this->ownerRef(), this->propertyReadOnly, -1, key);
     }
     Item* getPtr(const std::string& key) const { return new Item(get(key)); }
     Item operator[](const std::string& key) const { return get(key); }
@@ -182,7 +183,7 @@ public:
     // Every vertex's `jointCount` heaviest influences over all sets, weights
     // renormalised; `vertexCount` below 0 takes the first set's count.
     std::pair<DataTree, DataTree> getJointsTensor(long vertexCount, long jointCount) const {
-        return PrimitiveData::jointsTensors(*this->propertyRoot, this->node().getNodePath(), mapOrNull(),
+        return PrimitiveData::jointsTensors(*this->getPropertyRoot(), this->node().getNodePath(), mapOrNull(),
                                             vertexCount, jointCount);
     }
     std::pair<DataTree*, DataTree*> getJointsTensorPtr(long vertexCount, long jointCount) const {
@@ -220,8 +221,8 @@ private:
         return D::has(n) ? &D::get(n) : nullptr;
     }
     PrimitiveData::Joints joints(long vertexCount, long jointCount) const {
-        if (!this->propertyRoot) SORVANE_THROW("Invalid node");
-        return PrimitiveData::joints(*this->propertyRoot, this->node().getNodePath(), mapOrNull(), vertexCount,
+        if (!this->getPropertyRoot()) SORVANE_THROW("Invalid node");
+        return PrimitiveData::joints(*this->getPropertyRoot(), this->node().getNodePath(), mapOrNull(), vertexCount,
                                      jointCount);
     }
 };
@@ -238,6 +239,7 @@ public:
     IndexMapListMember() = default;
     IndexMapListMember(const std::shared_ptr<RootNode>& root_, const std::shared_ptr<NodeT>& owner_, bool readOnly_)
         : Base(root_, owner_, readOnly_) {}
+    explicit IndexMapListMember(const ObjectProperty<NodeT>& host) : Base(host) {}
 
     const char* getPropertyTypeName() const override { return "list"; }
     void outputRepresentation(std::ostream& out) const override {
@@ -253,14 +255,14 @@ public:
     bool has(int64_t index) const { return D::hasItem(this->node(), index); }
     Map get(int64_t index) const {
         D::getItem(this->node(), index);  // fails for a bad position
-        return Map(this->propertyRoot, this->owner, this->propertyReadOnly, index);
+        return Map(this->getPropertyRoot(), this->ownerRef(), this->propertyReadOnly, index);
     }
     Map* getPtr(int64_t index) const { return new Map(get(index)); }
     Map operator[](int64_t index) const { return get(index); }
     // A new empty target at the end, the list made when absent.
     Map add() {
         const int64_t index = D::addItem(this->writableNode(Change::AddItem));
-        return Map(this->propertyRoot, this->owner, this->propertyReadOnly, index);
+        return Map(this->getPropertyRoot(), this->ownerRef(), this->propertyReadOnly, index);
     }
     Map* addPtr() { return new Map(add()); }
     void remove(int64_t index) { D::removeItem(this->writableNode(Change::RemoveItem), index); }
@@ -309,8 +311,8 @@ private:
         return D::has(n) ? &D::get(n) : nullptr;
     }
     const RootNode& root() const {
-        if (!this->propertyRoot) SORVANE_THROW("Invalid node");
-        return *this->propertyRoot;
+        if (!this->getPropertyRoot()) SORVANE_THROW("Invalid node");
+        return *this->getPropertyRoot();
     }
     std::string path() const { return this->node().getNodePath(); }
 };

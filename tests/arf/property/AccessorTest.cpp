@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "sorvane/arf/property/Identity.h"
 #include "sorvane/arf/property/Preamble.h"
 #include "sorvane/arf/property/Structure.h"
@@ -110,4 +112,22 @@ TEST(Accessor, ListsChildrenAndOptionalValues) {
     EXPECT_FALSE(features.facialFeature.isPropertyPresent());
     preamble.supportedAnimations->faceAnimations.add("urn:face");
     EXPECT_EQ(preamble.supportedAnimations.get().faceAnimations.get(0), "urn:face");
+}
+
+TEST(Accessor, MembersCopiedOutOwnTheirReferences) {
+    auto root = newRoot();
+    auto identity = std::make_unique<Identity>(root, root->getIdentity(), false);
+    auto structure = std::make_unique<Structure>(root, root->getStructure(), false);
+    Identity::Name name = identity->name;
+    Structure::Assets assets = structure->assets;
+    // The members are the last holders of the document.
+    identity.reset();
+    structure.reset();
+    root.reset();
+    name.set("Ada");
+    EXPECT_EQ(name.get(), "Ada");
+    assets.add("body", 3);
+    EXPECT_EQ(assets.size(), 1);
+    EXPECT_EQ(assets[3].name.get(), "body");
+    EXPECT_EQ(assets[3].name.getPropertyRoot(), name.getPropertyRoot());
 }
