@@ -10,27 +10,32 @@
 #include <utility>
 #include <vector>
 
+#include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/gltf2/Gltf.h"
 #include "tests/gltf2/GltfTestSupport.h"
 
 using namespace sorvane;
 using namespace sorvane::gltf2;
-using talvex_test::glbOf;
 using talvex_test::messageOf;
 
 namespace {
 
-// Accessor i has count i + 1, so every read tells which record it saw.
+// Accessor i has count i + 1, so every read tells which record it saw. A
+// writable document (a decoded .glb is read-only).
 std::unique_ptr<Gltf> document(int accessors) {
-    std::string json = "{\"buffers\":[{\"byteLength\":64}],\"bufferViews\":[{\"buffer\":0,\"byteLength\":64}],"
+    std::string bytes;  // base64 of 64 bytes of 5
+    for (int i = 0; i < 21; ++i) bytes += "BQUF";
+    std::string json = "{\"buffers\":[{\"uri\":\"data:application/octet-stream;base64," + bytes +
+                       "BQ==\",\"byteLength\":64}],\"bufferViews\":[{\"buffer\":0,\"byteLength\":64}],"
                        "\"accessors\":[";
     for (int i = 0; i < accessors; ++i) {
         json += std::string(i ? "," : "") + "{\"bufferView\":0,\"componentType\":5121,\"count\":" +
                 std::to_string(i + 1) + ",\"type\":\"SCALAR\",\"name\":\"a" + std::to_string(i) + "\"}";
     }
     json += "],\"meshes\":[{\"primitives\":[{\"attributes\":{\"POSITION\":0}}]}]}";
-    std::istringstream in(glbOf(json, std::string(64, '\x05')));
-    return std::make_unique<Gltf>(Gltf::decode(in));
+    auto provider = std::make_shared<archive::MemoryFileProvider>();
+    provider->create("a.gltf", json);
+    return std::make_unique<Gltf>(Gltf::load(provider, "a.gltf", MULTIPLE_FILES));
 }
 
 } // namespace
@@ -58,7 +63,7 @@ TEST(HandleMembers, CopiedOutMembersOutliveHandleAndDocument) {
     EXPECT_EQ(max.buildRepresentation(), "[1.5]");
     EXPECT_EQ(byteOffset.get(), 0);
     EXPECT_EQ(primitives.size(), 1);
-    EXPECT_EQ(primitives.getByIndex(0).attributes.buildRepresentation(), "{\"POSITION\":0}");
+    EXPECT_EQ(primitives.getByIndex(0).attributes.buildRepresentation(), "{\n  \"POSITION\": 0\n}");
     // A copy of a copy, and an assignment, own their references too.
     Accessor::Count again = count;
     count = Accessor::Count();
