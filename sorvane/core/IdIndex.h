@@ -61,11 +61,6 @@ public:
 
     size_t size() const { return sparse ? map.size() : count; }
 
-    // The dense table and the id of its first slot (null once the ids went
-    // to the map): enough to compute where an id's slot lies, for a prefetch.
-    const int32_t* denseTable() const { return sparse || table.empty() ? nullptr : table.data(); }
-    int64_t denseBase() const { return base; }
-
 private:
     // Ids this far from zero are left to the map, so that the bounds
     // arithmetic below cannot overflow.

@@ -1,7 +1,6 @@
 #ifndef SORVANE_ARF_NODE_RECORDNODE_H
 #define SORVANE_ARF_NODE_RECORDNODE_H
 
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <memory>

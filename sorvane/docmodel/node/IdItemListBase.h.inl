@@ -25,7 +25,6 @@ public:
     // removed or replaced, or an id changed, marks the index stale first, so
     // a true answer is never out of date.
     bool hasIndexedId(int64_t id) const { return !indexStale && ids.find(id) >= 0; }
-    const IdIndex& indexedIds() const { return ids; }
 
 protected:
     // First position of each id, over the items indexed so far.

@@ -2,8 +2,6 @@
 // and namespace sorvane::gltf2, where RootNode and the other names resolve
 // to the module's own classes.
 
-ReferenceListCache::Hint ReferenceListCache::hints[ReferenceListCache::kSize];
-
 namespace {
 
 // The id list a node is, if it is one. The cross cast walks the whole class

@@ -35,7 +35,7 @@ struct ReferenceTarget {
 // checked against the live tree before use (same section, same list behind
 // the same fields), so a replaced or removed list is never used. Every node
 // of a document points at its root's cache while the root lives.
-struct SORVANE_API ReferenceListCache {
+struct ReferenceListCache {
     struct Entry {
         const ReferenceTarget* target = nullptr;
         const RecordNode* root = nullptr;           // the root that owns the cache
@@ -48,43 +48,8 @@ struct SORVANE_API ReferenceListCache {
     static constexpr size_t kSize = 16;
     Entry entries[kSize];
 
-    static size_t slotIndex(const ReferenceTarget* target) {
-        return (reinterpret_cast<uintptr_t>(target) / sizeof(ReferenceTarget)) % kSize;
-    }
-    Entry& slot(const ReferenceTarget* target) { return entries[slotIndex(target)]; }
-
-    // Where the id table of the list last found for a target lay, shared by
-    // every document: reached from the target alone, it lets a reference
-    // check start loading the id's slot while the node's own reads (root,
-    // cache, list) are still on their way, instead of after them. Only ever
-    // prefetched, never read, so a stale or colliding hint costs a wasted
-    // prefetch and nothing else.
-    struct Hint {
-        std::atomic<uintptr_t> table{0};
-        std::atomic<int64_t> base{0};
-    };
-    static Hint hints[kSize];
-
-    static void prefetchSlot(const ReferenceTarget* target, int64_t id) {
-#if defined(__GNUC__)
-        const Hint& hint = hints[slotIndex(target)];
-        const uintptr_t table = hint.table.load(std::memory_order_relaxed);
-        if (!table) return;
-        const uint64_t offset = static_cast<uint64_t>(id) - static_cast<uint64_t>(hint.base.load(std::memory_order_relaxed));
-        // Integer arithmetic: the address may lie anywhere, a prefetch does not fault.
-        __builtin_prefetch(reinterpret_cast<const void*>(table + offset * sizeof(int32_t)));
-#else
-        (void)target, (void)id;
-#endif
-    }
-    static void keepHint(const ReferenceTarget* target, const IdIndex& ids) {
-        Hint& hint = hints[slotIndex(target)];
-        const uintptr_t table = reinterpret_cast<uintptr_t>(ids.denseTable());
-        if (hint.table.load(std::memory_order_relaxed) == table &&
-            hint.base.load(std::memory_order_relaxed) == ids.denseBase())
-            return;  // written only when it moves, so that readers keep the line shared
-        hint.table.store(table, std::memory_order_relaxed);
-        hint.base.store(ids.denseBase(), std::memory_order_relaxed);
+    Entry& slot(const ReferenceTarget* target) {
+        return entries[(reinterpret_cast<uintptr_t>(target) / sizeof(ReferenceTarget)) % kSize];
     }
 };
 
@@ -155,12 +120,8 @@ protected:
     // target list that the root's cache still vouches for returns at once;
     // anything else takes the full lookup, which also makes the failure text.
     void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
-        ReferenceListCache::prefetchSlot(&target, id);
         const IdItemListBase* ids = cachedReferenceList(target);
-        if (ids && ids->hasIndexedId(id)) {
-            ReferenceListCache::keepHint(&target, ids->indexedIds());
-            return;
-        }
+        if (ids && ids->hasIndexedId(id)) return;
         checkReferenceLookup(target, key, id);
     }
     void checkReferenceLookup(const ReferenceTarget& target, const char* key, int64_t id) const;

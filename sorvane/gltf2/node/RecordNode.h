@@ -1,7 +1,6 @@
 #ifndef SORVANE_GLTF2_NODE_RECORDNODE_H
 #define SORVANE_GLTF2_NODE_RECORDNODE_H
 
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <memory>
