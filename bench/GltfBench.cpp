@@ -9,15 +9,14 @@
 
 #include <cstring>
 #include <filesystem>
-#include <istream>
 #include <memory>
-#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/gltf2/Gltf.h"
+#include "bench/GltfAccessorReads.h"
 
 #ifdef TALVEX_BENCH_TINYGLTF
 #include <tiny_gltf.h>
@@ -30,26 +29,6 @@ using sorvane::gltf2::Gltf;
 constexpr int kMeshes = 10000;
 constexpr int kVertices = 45;   // POSITION and NORMAL 540 bytes, TEXCOORD_0 360
 constexpr int kIndices = 90;    // 360 bytes of UNSIGNED_INT
-
-// A read-only stream over bytes held elsewhere.
-class Span : public std::streambuf {
-public:
-    Span(const std::vector<uint8_t>& bytes) {
-        char* p = const_cast<char*>(reinterpret_cast<const char*>(bytes.data()));
-        setg(p, p, p + bytes.size());
-    }
-
-protected:
-    pos_type seekoff(off_type off, std::ios_base::seekdir dir, std::ios_base::openmode) override {
-        char* target = dir == std::ios_base::beg ? eback() + off : dir == std::ios_base::cur ? gptr() + off : egptr() + off;
-        if (target < eback() || target > egptr()) return pos_type(off_type(-1));
-        setg(eback(), target, egptr());
-        return pos_type(target - eback());
-    }
-    pos_type seekpos(pos_type pos, std::ios_base::openmode mode) override {
-        return seekoff(off_type(pos), std::ios_base::beg, mode);
-    }
-};
 
 // The .glb bytes, made once by this library: every mesh's values differ, so
 // "min" and "max" hold real numbers.
@@ -105,11 +84,7 @@ const std::vector<uint8_t>& glbBytes() {
     return bytes;
 }
 
-Gltf decode() {
-    Span span(glbBytes());
-    std::istream in(&span);
-    return Gltf::decode(in);
-}
+Gltf decode() { return talvex_bench::decodeGlb(glbBytes()); }
 
 void BM_GltfLoadGlb(benchmark::State& state) {
     const auto& bytes = glbBytes();
@@ -146,75 +121,13 @@ void BM_TinyGltfLoadGlb(benchmark::State& state) {
 BENCHMARK(BM_TinyGltfLoadGlb)->Unit(benchmark::kMillisecond);
 #endif
 
-// Where each accessor's bytes are in the .glb and how many there are.
-std::vector<std::pair<size_t, size_t>> accessorRanges(const Gltf& gltf) {
-    const auto& bytes = glbBytes();
-    uint32_t jsonLength = 0;
-    std::memcpy(&jsonLength, bytes.data() + 12, 4);
-    const size_t bin = 28 + jsonLength;
-    std::vector<std::pair<size_t, size_t>> ranges;
-    for (const auto& node : gltf.getRoot()->getAccessors()->getItems()) {
-        const auto& view = gltf.getRoot()->getBufferViews()->getItems()[static_cast<size_t>(node->getBufferView())];
-        const size_t size = static_cast<size_t>(sorvane::gltf2::BinaryData::getDataSize(*node));
-        ranges.emplace_back(bin + static_cast<size_t>(view->getByteOffset() + node->getByteOffset()), size);
-    }
-    return ranges;
-}
-
-// Through the accessor handles a user takes from the list.
-void BM_GltfAccessorTensors(benchmark::State& state) {
-    const Gltf gltf = decode();
-    auto accessors = gltf.accessors.get();
-    const int64_t count = accessors.size();
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (int64_t i = 0; i < count; ++i) {
-            sorvane::DataTree tensor = accessors.getByIndex(i).getTensor();
-            benchmark::DoNotOptimize(tensor.getBuffer());
-            total += tensor.getBufferSize();
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
-    state.counters["accessors"] = static_cast<double>(count);
-}
+void BM_GltfAccessorTensors(benchmark::State& state) { talvex_bench::readThroughHandles(state, glbBytes()); }
 BENCHMARK(BM_GltfAccessorTensors)->Unit(benchmark::kMillisecond);
 
-// The same reads through the node layer, without an accessor handle per item
-// (a handle carries one member accessor per key).
-void BM_GltfAccessorTensorsNodes(benchmark::State& state) {
-    const Gltf gltf = decode();
-    const auto& nodes = gltf.getRoot()->getAccessors()->getItems();
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (const auto& node : nodes) {
-            sorvane::DataTree tensor = sorvane::gltf2::BinaryData::getTensor(*node);
-            benchmark::DoNotOptimize(tensor.getBuffer());
-            total += tensor.getBufferSize();
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
-}
+void BM_GltfAccessorTensorsNodes(benchmark::State& state) { talvex_bench::readThroughNodes(state, glbBytes()); }
 BENCHMARK(BM_GltfAccessorTensorsNodes)->Unit(benchmark::kMillisecond);
 
-// The reference: a new block per accessor and a memcpy of its bytes, from
-// where they lie in the .glb.
-void BM_GltfAccessorMemcpy(benchmark::State& state) {
-    const auto& bytes = glbBytes();
-    const auto ranges = accessorRanges(decode());
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (const auto& range : ranges) {
-            std::unique_ptr<uint8_t[]> block(new uint8_t[range.second]);
-            std::memcpy(block.get(), bytes.data() + range.first, range.second);
-            benchmark::DoNotOptimize(block.get());
-            total += static_cast<int64_t>(range.second);
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
-}
+void BM_GltfAccessorMemcpy(benchmark::State& state) { talvex_bench::copyEveryAccessor(state, glbBytes()); }
 BENCHMARK(BM_GltfAccessorMemcpy)->Unit(benchmark::kMillisecond);
 
 void BM_GltfSaveGlb(benchmark::State& state) {

@@ -8,15 +8,14 @@
 
 #include <cstring>
 #include <filesystem>
-#include <istream>
 #include <memory>
-#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/gltf2/Gltf.h"
+#include "bench/GltfAccessorReads.h"
 
 namespace {
 
@@ -25,26 +24,6 @@ using sorvane::gltf2::Gltf;
 constexpr int kMeshes = 2500;
 
 int verticesOf(int mesh) { return 1000 + (mesh * 397) % 1001; }
-
-// A read-only stream over bytes held elsewhere.
-class Span : public std::streambuf {
-public:
-    explicit Span(const std::vector<uint8_t>& bytes) {
-        char* p = const_cast<char*>(reinterpret_cast<const char*>(bytes.data()));
-        setg(p, p, p + bytes.size());
-    }
-
-protected:
-    pos_type seekoff(off_type off, std::ios_base::seekdir dir, std::ios_base::openmode) override {
-        char* target = dir == std::ios_base::beg ? eback() + off : dir == std::ios_base::cur ? gptr() + off : egptr() + off;
-        if (target < eback() || target > egptr()) return pos_type(off_type(-1));
-        setg(eback(), target, egptr());
-        return pos_type(target - eback());
-    }
-    pos_type seekpos(pos_type pos, std::ios_base::openmode mode) override {
-        return seekoff(off_type(pos), std::ios_base::beg, mode);
-    }
-};
 
 const std::vector<uint8_t>& streamGlbBytes() {
     static const std::vector<uint8_t> bytes = [] {
@@ -96,75 +75,15 @@ const std::vector<uint8_t>& streamGlbBytes() {
     return bytes;
 }
 
-Gltf decodeStreams() {
-    Span span(streamGlbBytes());
-    std::istream in(&span);
-    return Gltf::decode(in);
-}
-
-void BM_GltfAccessorStreamTensors(benchmark::State& state) {
-    const Gltf gltf = decodeStreams();
-    auto accessors = gltf.accessors.get();
-    const int64_t count = accessors.size();
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (int64_t i = 0; i < count; ++i) {
-            sorvane::DataTree tensor = accessors.getByIndex(i).getTensor();
-            benchmark::DoNotOptimize(tensor.getBuffer());
-            total += tensor.getBufferSize();
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
-    state.counters["accessors"] = static_cast<double>(count);
-}
+void BM_GltfAccessorStreamTensors(benchmark::State& state) { talvex_bench::readThroughHandles(state, streamGlbBytes()); }
 BENCHMARK(BM_GltfAccessorStreamTensors)->Unit(benchmark::kMillisecond);
 
 void BM_GltfAccessorStreamTensorsNodes(benchmark::State& state) {
-    const Gltf gltf = decodeStreams();
-    const auto& nodes = gltf.getRoot()->getAccessors()->getItems();
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (const auto& node : nodes) {
-            sorvane::DataTree tensor = sorvane::gltf2::BinaryData::getTensor(*node);
-            benchmark::DoNotOptimize(tensor.getBuffer());
-            total += tensor.getBufferSize();
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+    talvex_bench::readThroughNodes(state, streamGlbBytes());
 }
 BENCHMARK(BM_GltfAccessorStreamTensorsNodes)->Unit(benchmark::kMillisecond);
 
-// The reference: a new block per accessor and a memcpy of its bytes from
-// where they lie in the .glb.
-void BM_GltfAccessorStreamMemcpy(benchmark::State& state) {
-    const auto& bytes = streamGlbBytes();
-    uint32_t jsonLength = 0;
-    std::memcpy(&jsonLength, bytes.data() + 12, 4);
-    const size_t bin = 28 + jsonLength;
-    std::vector<std::pair<size_t, size_t>> ranges;
-    {
-        const Gltf gltf = decodeStreams();
-        const auto& views = gltf.getRoot()->getBufferViews()->getItems();
-        for (const auto& node : gltf.getRoot()->getAccessors()->getItems()) {
-            const auto& view = views[static_cast<size_t>(node->getBufferView())];
-            const size_t size = static_cast<size_t>(sorvane::gltf2::BinaryData::getDataSize(*node));
-            ranges.emplace_back(bin + static_cast<size_t>(view->getByteOffset() + node->getByteOffset()), size);
-        }
-    }
-    int64_t total = 0;
-    for (auto _ : state) {
-        total = 0;
-        for (const auto& range : ranges) {
-            std::unique_ptr<uint8_t[]> block(new uint8_t[range.second]);
-            std::memcpy(block.get(), bytes.data() + range.first, range.second);
-            benchmark::DoNotOptimize(block.get());
-            total += static_cast<int64_t>(range.second);
-        }
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
-}
+void BM_GltfAccessorStreamMemcpy(benchmark::State& state) { talvex_bench::copyEveryAccessor(state, streamGlbBytes()); }
 BENCHMARK(BM_GltfAccessorStreamMemcpy)->Unit(benchmark::kMillisecond);
 
 } // namespace
