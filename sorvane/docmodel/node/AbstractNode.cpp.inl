@@ -21,7 +21,6 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
         parent.reset();
         root.reset();
         rootReferences = nullptr;
-        rootRaw = nullptr;
         return;
     }
     // The parent is held by a shared reference meanwhile, so its own weak
@@ -33,17 +32,15 @@ void AbstractNode::adoptParent(AbstractNode* parent_) {
     if (!parent_->root.expired()) {
         root = parent_->root;
         rootReferences = parent_->rootReferences;
-        rootRaw = parent_->rootRaw;
         return;
     }
     if (auto* top = dynamic_cast<RootNode*>(parent_)) {
         root = std::shared_ptr<RootNode>(parent_->shared_from_this(), top);
         rootReferences = &top->referenceListCache();
-        rootRaw = top;
+        rootReferences->owner = top;
     } else {
         root.reset();
         rootReferences = nullptr;
-        rootRaw = nullptr;
     }
 }
 
@@ -151,3 +148,7 @@ std::ostream& operator<<(std::ostream& out, const AbstractNode& node) {
     exporter.flush();
     return out;
 }
+
+// Generated records put their reference members first; the setters read those
+// together with the links above, so the base must not outgrow one cache line.
+static_assert(sizeof(void*) != 8 || sizeof(AbstractNode) <= 64, "node links outgrow a cache line");

@@ -87,7 +87,7 @@ public:
     // The root without taking a reference, null once the document is gone.
     // For short reads that keep no pointer: a lock costs an atomic exchange
     // per call, which shows when every accessor of a large file is read.
-    RootNode* peekNodeRoot() const { return root.expired() ? nullptr : rootRaw; }
+    inline RootNode* peekNodeRoot() const;  // defined beside ReferenceListCache
     // The parent link itself, for identity checks without a counted copy.
     const WeakRef& peekNodeParent() const { return parent; }
 
@@ -115,8 +115,10 @@ protected:
     // The reference cache of the root, for the reference checks that would
     // otherwise lock the root for each id: use only while `root` has not
     // expired. Set and cleared with `root`.
+    // The cache also knows its root, which spares every node a pointer of its
+    // own: the reference members of a record start within the node's first
+    // 64 bytes, on the line the setter reads anyway.
     ReferenceListCache* rootReferences = nullptr;
-    RootNode* rootRaw = nullptr;  // what `root` points at; set and cleared with it
 };
 
 // Writes the node as JSON with default options.

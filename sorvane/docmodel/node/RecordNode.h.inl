@@ -46,12 +46,15 @@ struct ReferenceListCache {
         const IdItemListBase* ids = nullptr;
     };
     static constexpr size_t kSize = 16;
+    RootNode* owner = nullptr;  // the root holding this cache, set by the nodes it adopts
     Entry entries[kSize];
 
     Entry& slot(const ReferenceTarget* target) {
         return entries[(reinterpret_cast<uintptr_t>(target) / sizeof(ReferenceTarget)) % kSize];
     }
 };
+
+inline RootNode* AbstractNode::peekNodeRoot() const { return root.expired() ? nullptr : rootReferences->owner; }
 
 // The base of every record node (one JSON object of the format with typed
 // members). Reading, writing and the generic object view are driven by the
