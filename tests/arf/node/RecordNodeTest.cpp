@@ -472,3 +472,43 @@ TEST(RecordNode, FailedReReadOfAnIdListForgetsTheDroppedIds) {
     kept->setParent(3);
     EXPECT_EQ(kept->getParent(), 3);
 }
+
+TEST(RecordNode, RootLinksFollowTheNode) {
+    // Two documents alive at once, each with its own node list: every node
+    // knows its own root, also after it moves, and none once its root is gone.
+    auto makeDocument = [](int64_t firstId) {
+        auto root = newRoot();
+        auto components = root->getComponents();
+        auto nodes = std::make_shared<NodeNodes>(components);
+        components->setNodes(nodes);
+        nodes->add("m", "a", firstId);
+        nodes->add("m", "b", firstId + 1);
+        return std::make_pair(root, nodes);
+    };
+    auto [root1, nodes1] = makeDocument(1);
+    auto [root2, nodes2] = makeDocument(5);
+    EXPECT_EQ(root1->peekNodeRoot(), nullptr);
+    auto a = nodes1->get(1);
+    auto e = nodes2->get(5);
+    EXPECT_EQ(a->peekNodeRoot(), root1.get());
+    EXPECT_EQ(e->peekNodeRoot(), root2.get());
+    a->setParent(2);
+    EXPECT_EQ(messageOf([&] { a->setParent(6); }), "Setting components.nodes[1].parent: Invalid id 6 in components.nodes");
+
+    // Moved into the other document: its references are checked there.
+    auto moved = nodes1->get(2);
+    nodes1->remove(2);
+    nodes2->add(moved);
+    EXPECT_EQ(moved->peekNodeRoot(), root2.get());
+    moved->setParent(6);
+    EXPECT_EQ(messageOf([&] { moved->setParent(1); }), "Setting components.nodes[2].parent: Invalid id 1 in components.nodes");
+
+    // Held past its document.
+    root2.reset();
+    nodes2.reset();
+    EXPECT_EQ(e->peekNodeRoot(), nullptr);
+    EXPECT_TRUE(e->getNodeRoot().expired());
+    EXPECT_EQ(a->peekNodeRoot(), root1.get());
+    auto detached = std::make_shared<NodeNode>(std::weak_ptr<AbstractNode>());
+    EXPECT_EQ(detached->peekNodeRoot(), nullptr);
+}
