@@ -23,39 +23,6 @@ struct RecordFields {
     const RecordField* end;
 };
 
-// Where a reference member points: a list under a section of the root
-// ("components", "skins"), or a list that is a section itself (null, "data").
-struct ReferenceTarget {
-    const char* section;
-    const char* list;
-};
-
-// Where the roots keep the target lists of references last found, so that a
-// reference setter does not look its list up by name each time. An entry is
-// checked against the live tree before use (same section, same list behind
-// the same fields), so a replaced or removed list is never used. Every node
-// of a document points at its root's cache while the root lives.
-struct ReferenceListCache {
-    struct Entry {
-        const ReferenceTarget* target = nullptr;
-        const RecordNode* root = nullptr;           // the root that owns the cache
-        const RecordField* sectionField = nullptr;  // in the root; null for a list at the root
-        const RecordField* listField = nullptr;     // in the holder
-        const AbstractNode* holder = nullptr;
-        AbstractNode* list = nullptr;
-        const IdItemListBase* ids = nullptr;
-    };
-    static constexpr size_t kSize = 16;
-    RootNode* owner = nullptr;  // the root holding this cache, set by the nodes it adopts
-    Entry entries[kSize];
-
-    Entry& slot(const ReferenceTarget* target) {
-        return entries[(reinterpret_cast<uintptr_t>(target) / sizeof(ReferenceTarget)) % kSize];
-    }
-};
-
-inline RootNode* AbstractNode::peekNodeRoot() const { return root.expired() ? nullptr : rootReferences->owner; }
-
 // The base of every record node (one JSON object of the format with typed
 // members). Reading, writing and the generic object view are driven by the
 // record's field table; the typed getters and setters live in the record.
