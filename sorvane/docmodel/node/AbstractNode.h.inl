@@ -147,10 +147,9 @@ protected:
     std::weak_ptr<RootNode> root;
     // The reference cache of the root, for the reference checks that would
     // otherwise lock the root for each id: use only while `root` has not
-    // expired. Set and cleared with `root`.
-    // The cache also knows its root, which spares every node a pointer of its
-    // own: the reference members of a record start within the node's first
-    // 64 bytes, on the line the setter reads anyway.
+    // expired. Set and cleared with `root`. The cache also knows its root,
+    // which spares every node a pointer of its own, so that a record's
+    // reference members start within the node's first 64 bytes.
     ReferenceListCache* rootReferences = nullptr;
 };
 
