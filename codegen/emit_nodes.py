@@ -51,6 +51,14 @@ def target_const(field):
     return f"k{field.cap}Target"
 
 
+def typed_target(field):
+    """The name of the generated function that reaches a reference's target
+    list through the typed members ("components.nodes" -> componentsNodesList)."""
+    section, lst = field.target_parts()
+    words = ([section] if section else []) + [lst]
+    return words[0] + "".join(cap(w) for w in words[1:]) + "List"
+
+
 class NodeEmitter:
     def __init__(self, records):
         self.records = records
@@ -248,6 +256,23 @@ class NodeEmitter:
             return f"{f.member} = {p};"
         return f"{f.member} = *{p};"
 
+    def typed_targets(self, record):
+        """name -> (field, section record or None, target record) for each
+        list the record's references point into."""
+        routes = {}
+        for f in record.fields:
+            if f.type not in ("ref", "refs"):
+                continue
+            section, _ = f.target_parts()
+            target = f.target_record(self.records)
+            if target is None:
+                raise ValueError(f"{record.name}.{f.key}: no record holds {f.target}")
+            sec = None
+            if section:
+                sec = next(r for r in self.records.values() if r.module == record.module and r.section == section)
+            routes.setdefault(typed_target(f), (f, sec, target))
+        return routes
+
     def node_source(self, record):
         r = self.records
         N = record.node_class
@@ -258,9 +283,42 @@ class NodeEmitter:
         if record.has_list:
             o.append(f'#include "{record.list_header}"')
         o.append(f'#include "sorvane/{record.module}/node/ItemList.h"')
+        routes = self.typed_targets(record)
+        if routes:
+            headers = {f"sorvane/{record.module}/node/RootNode.h"}
+            for _, section, target in routes.values():
+                if section:
+                    headers.add(section.node_header)
+                headers.add(target.list_header)
+            headers.discard(record.node_header)
+            if record.has_list:
+                headers.discard(record.list_header)
+            for h in sorted(headers):
+                o.append(f'#include "{h}"')
         o.append("")
         o.append(f"namespace {record.namespace} {{")
         o.append("")
+        if routes:
+            # A setter's quick accept: the target list reached through the
+            # typed members, whose index holds the id. A null list, or an id
+            # the index does not hold, goes to the full check, which also
+            # makes the failure text.
+            o.append("namespace {")
+            o.append("")
+            for name, (field, section, target) in sorted(routes.items()):
+                sec, lst = field.target_parts()
+                T = target.list_class
+                o.append(f"const {T}* {name}(const RootNode* root) {{")
+                o.append("    if (!root) return nullptr;")
+                if section:
+                    o.append(f"    const {section.node_class}* section = root->get{cap(sec)}().get();")
+                    o.append(f"    return section ? section->get{cap(lst)}().get() : nullptr;")
+                else:
+                    o.append(f"    return root->get{cap(lst)}().get();")
+                o.append("}")
+                o.append("")
+            o.append("} // namespace")
+            o.append("")
         o.append(f"{N}::{N}(const NodeParent& parent_) : {self.base_class(record)}(parent_) {{}}")
         o.append(f"{N}::~{N}() = default;")
         o.append("")
@@ -361,7 +419,9 @@ class NodeEmitter:
             elif f.type == "ref":
                 cur = f"{m} && *{m} == value" if f.optional else f"{m} == value"
                 o.append(f"    if ({cur}) return;")
-                o.append(f"    checkReference({target_const(f)}, {key}, value);")
+                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
+                o.append("    if (!targets || !targets->hasIndexedId(value))")
+                o.append(f"        checkReference({target_const(f)}, {key}, value);")
                 o.append(f"    {m} = value;")
             else:
                 o.append(f"    {m} = value;")
@@ -426,14 +486,18 @@ class NodeEmitter:
             o.append(f'    if (!list) failNoList("Setting", {key}, index);')
             o.append(f"    checkSetIndex({key}, index, list->size());")
             if ref:
-                o.append(f"    checkReferenceItem({tgt}, {key}, index, value);")
+                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
+                o.append("    if (!targets || !targets->hasIndexedId(value))")
+                o.append(f"        checkReferenceItem({tgt}, {key}, index, value);")
             if idx:
                 o.append(f"    checkIndexReferenceItem({cstr(f.target)}, {key}, index, value);")
             o.append("    (*list)[static_cast<size_t>(index)] = value;")
             o.append("}")
             o.append(f"void {N}::add{C}Value({P} value) {{")
             if ref:
-                o.append(f"    checkReferenceAdd({tgt}, {key}, value);")
+                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
+                o.append("    if (!targets || !targets->hasIndexedId(value))")
+                o.append(f"        checkReferenceAdd({tgt}, {key}, value);")
             if idx:
                 o.append(f"    checkIndexReferenceAdd({cstr(f.target)}, {key}, value);")
             if f.optional:

@@ -399,6 +399,11 @@ TEST(RecordNode, ReferenceChecksFollowReplacedLists) {
     const std::string children = messageOf([&] { node->setChildren({5, 1}); });
     EXPECT_EQ(children.rfind("Setting item 1 of ", 0), 0u) << children;
     EXPECT_NE(children.find(".children: Invalid id 1 in components.nodes"), std::string::npos) << children;
+    node->setChildrenValue(1, 5);
+    const std::string item = messageOf([&] { node->setChildrenValue(0, 2); });
+    EXPECT_NE(item.find("Setting item 0 of "), std::string::npos) << item;
+    EXPECT_NE(item.find(".children: Invalid id 2 in components.nodes"), std::string::npos) << item;
+    EXPECT_EQ(node->getChildren(), (std::vector<int64_t>{1, 5}));
 
     // Removed, through the typed setter and the generic view.
     components->setNodes(nullptr);
