@@ -59,6 +59,16 @@ def typed_target(field):
     return words[0] + "".join(cap(w) for w in words[1:]) + "List"
 
 
+def checked_reference(field, check):
+    """A reference setter's check: the quick accept through the typed route to
+    the target list, else `check` (the full check, which words the failure)."""
+    return [
+        f"    const auto* targets = {typed_target(field)}(peekNodeRoot());",
+        "    if (!targets || !targets->hasIndexedId(value))",
+        f"        {check};",
+    ]
+
+
 class NodeEmitter:
     def __init__(self, records):
         self.records = records
@@ -269,7 +279,9 @@ class NodeEmitter:
                 raise ValueError(f"{record.name}.{f.key}: no record holds {f.target}")
             sec = None
             if section:
-                sec = next(r for r in self.records.values() if r.module == record.module and r.section == section)
+                sec = next((r for r in self.records.values() if r.module == record.module and r.section == section), None)
+                if sec is None:
+                    raise ValueError(f"{record.name}.{f.key}: no record is the section {section}")
             routes.setdefault(typed_target(f), (f, sec, target))
         return routes
 
@@ -419,9 +431,7 @@ class NodeEmitter:
             elif f.type == "ref":
                 cur = f"{m} && *{m} == value" if f.optional else f"{m} == value"
                 o.append(f"    if ({cur}) return;")
-                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
-                o.append("    if (!targets || !targets->hasIndexedId(value))")
-                o.append(f"        checkReference({target_const(f)}, {key}, value);")
+                o.extend(checked_reference(f, f"checkReference({target_const(f)}, {key}, value)"))
                 o.append(f"    {m} = value;")
             else:
                 o.append(f"    {m} = value;")
@@ -486,18 +496,14 @@ class NodeEmitter:
             o.append(f'    if (!list) failNoList("Setting", {key}, index);')
             o.append(f"    checkSetIndex({key}, index, list->size());")
             if ref:
-                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
-                o.append("    if (!targets || !targets->hasIndexedId(value))")
-                o.append(f"        checkReferenceItem({tgt}, {key}, index, value);")
+                o.extend(checked_reference(f, f"checkReferenceItem({tgt}, {key}, index, value)"))
             if idx:
                 o.append(f"    checkIndexReferenceItem({cstr(f.target)}, {key}, index, value);")
             o.append("    (*list)[static_cast<size_t>(index)] = value;")
             o.append("}")
             o.append(f"void {N}::add{C}Value({P} value) {{")
             if ref:
-                o.append(f"    const auto* targets = {typed_target(f)}(peekNodeRoot());")
-                o.append("    if (!targets || !targets->hasIndexedId(value))")
-                o.append(f"        checkReferenceAdd({tgt}, {key}, value);")
+                o.extend(checked_reference(f, f"checkReferenceAdd({tgt}, {key}, value)"))
             if idx:
                 o.append(f"    checkIndexReferenceAdd({cstr(f.target)}, {key}, value);")
             if f.optional:
