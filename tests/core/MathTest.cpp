@@ -5,6 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sorvane/core/math.h"
@@ -346,13 +347,22 @@ TEST(MathKernels, Clamp) {
     EXPECT_EQ(w[0], 6);
     EXPECT_EQ(w[1], 6);
     EXPECT_EQ(w[2], 4);
-    // Long enough for the vector body and its tail.
-    std::vector<float> many(1003);
-    for (size_t i = 0; i < many.size(); ++i)
-        many[i] = float(i) - 500;
-    clamp_float_cpu(many.data(), long(many.size()), -10, 20);
-    for (size_t i = 0; i < many.size(); ++i)
-        ASSERT_EQ(many[i], std::min(20.f, std::max(-10.f, float(i) - 500))) << i;
+    // Long enough for the blocks and the tail: NaN, a range with min above
+    // max, a block with a single value out of range among values in range
+    // (the whole block written right), and blocks left as they were.
+    auto reference = [](float v, float min, float max) { return v < min ? min : (v > max ? max : v); };
+    for (const auto& range : {std::pair<float, float>{-10, 20}, {6, 4}, {-1000, 1000}}) {
+        std::vector<float> many(1003), expected(1003);
+        for (size_t i = 0; i < many.size(); ++i) {
+            many[i] = i % 97 == 5 ? nan : i < 100 ? float(i) - 50 : i == 300 ? 25.f : float(i % 7);
+            expected[i] = reference(many[i], range.first, range.second);
+        }
+        clamp_float_cpu(many.data(), long(many.size()), range.first, range.second);
+        for (size_t i = 0; i < many.size(); ++i) {
+            if (std::isnan(expected[i])) ASSERT_TRUE(std::isnan(many[i])) << i;
+            else ASSERT_EQ(many[i], expected[i]) << i << " in [" << range.first << ", " << range.second << "]";
+        }
+    }
 }
 
 TEST(MathKernels, LinearAddAccumulatesInVectorOrder) {
