@@ -140,6 +140,31 @@ std::string referenceDecode(const std::string& in, long outSize) {
     return out;
 }
 
+// The sizing pass (no output) by the same rules: no character is checked,
+// the groups are counted up to the message's end; -1 for a failure.
+long referenceSize(const std::string& in) {
+    auto terminator = [](char c) { return c == '\0' || c == '.' || c == '='; };
+    const long n = static_cast<long>(in.size());
+    long c = 0;
+    for (long i = 0; i < n; i += 4) {
+        auto at = [&](long k) { return k < n ? in[static_cast<size_t>(k)] : '\0'; };
+        if (at(i) == '\0') return c;
+        if (i == ((n + 2) & ~3L) || terminator(at(i + 1)) || i == ((n + 1) & ~3L)) return -1;
+        if (terminator(at(i + 2)) || i == (n & ~3L)) return c + 1;
+        if (terminator(at(i + 3))) return c + 2;
+        c += 3;
+    }
+    return c;
+}
+
+long sizeOf(const std::string& in) {
+    try {
+        return base64decode(nullptr, 0, in.data(), static_cast<long>(in.size()));
+    } catch (const std::exception&) {
+        return -1;
+    }
+}
+
 std::string decodeInto(const std::string& in, long outSize) {
     std::string out(static_cast<size_t>(outSize), '\x7f');
     try {
@@ -193,7 +218,8 @@ TEST(Base64, BlocksAndSingleGroupsAgree) {
 
 TEST(Base64, OddCharactersAnywhereFailAsOneGroupAtATime) {
     // A terminator, a bad character or a NUL at each position of long texts,
-    // into outputs of several sizes: same bytes or same failure as the rule.
+    // into outputs of several sizes: same bytes or same failure as the rule,
+    // and the same size from the sizing pass.
     std::mt19937 rng(9);
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/-_";
     for (int round = 0; round < 3; ++round) {
@@ -203,6 +229,7 @@ TEST(Base64, OddCharactersAnywhereFailAsOneGroupAtATime) {
             for (size_t at = 0; at < text.size(); ++at) {
                 std::string broken = text;
                 broken[at] = odd;
+                ASSERT_EQ(sizeOf(broken), referenceSize(broken)) << "round " << round << " at " << at << " odd " << int(odd);
                 for (long outSize : {72L, 60L, 200L}) {
                     ASSERT_EQ(decodeInto(broken, outSize), referenceDecode(broken, outSize))
                         << "round " << round << " at " << at << " odd " << int(odd) << " out " << outSize;
@@ -210,5 +237,9 @@ TEST(Base64, OddCharactersAnywhereFailAsOneGroupAtATime) {
             }
         }
         for (long outSize : {0L, 23L, 24L, 48L, 71L, 72L}) ASSERT_EQ(decodeInto(text, outSize), referenceDecode(text, outSize));
+        // Every length, so that the first terminator and the text's end fall
+        // at each place of a 16-byte step and of a group.
+        for (size_t length = 0; length <= text.size(); ++length)
+            ASSERT_EQ(sizeOf(text.substr(0, length)), referenceSize(text.substr(0, length))) << length;
     }
 }
