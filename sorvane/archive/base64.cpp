@@ -109,16 +109,29 @@ __attribute__((target("avx2"))) long encodeBlocksAvx2(char* out, long outSize, c
     return taken;
 }
 
-// Bytes of v with a value in [low, high], signed, as a mask.
-__attribute__((target("avx2"))) inline __m256i inRange(__m256i v, char low, char high) {
-    return _mm256_and_si256(_mm256_cmpgt_epi8(v, _mm256_set1_epi8(static_cast<char>(low - 1))),
-                            _mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(high + 1)), v));
-}
-
 // Decodes blocks of 32 characters of either alphabet into 24 bytes while
 // they are all plain characters and the output has room; stops at the first
 // block that holds anything else. Returns the characters taken.
+//
+// A character is looked up by its two nibbles. Its high nibble gives a class
+// bit: 0x01 for 2x ("+", "-", "/"), 0x02 for 3x (digits), 0x04 for 4x and 6x
+// (letters from "A" and "a"), 0x08 for 5x ("P" to "Z", "_"), 0x10 for 7x
+// ("p" to "z"), 0x20 for any other; its low nibble the classes in which it
+// is no base64 character. The code is the character plus an offset by high
+// nibble, by low nibble for 2x, and its own for "_".
 __attribute__((target("avx2"))) long decodeBlocksAvx2(uint8_t* out, long outSize, const uint8_t* in, long inSize) {
+    const __m256i classOfHigh = _mm256_setr_epi8(0x20, 0x20, 0x01, 0x02, 0x04, 0x08, 0x04, 0x10, 0x20, 0x20, 0x20,
+                                                 0x20, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20, 0x01, 0x02, 0x04, 0x08,
+                                                 0x04, 0x10, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20);
+    const __m256i badInClass = _mm256_setr_epi8(0x25, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x21, 0x23,
+                                                0x3A, 0x3B, 0x3A, 0x3B, 0x32, 0x25, 0x21, 0x21, 0x21, 0x21, 0x21,
+                                                0x21, 0x21, 0x21, 0x21, 0x23, 0x3A, 0x3B, 0x3A, 0x3B, 0x32);
+    const __m256i offsetOfHigh = _mm256_setr_epi8(0, 0, 0, 4, -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4,
+                                                  -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0);
+    // "+" 43 -> 62, "-" 45 -> 62, "/" 47 -> 63.
+    const __m256i offsetOf2x = _mm256_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 19, 0, 17, 0, 16, 0, 0, 0, 0, 0, 0,
+                                                0, 0, 0, 0, 0, 19, 0, 17, 0, 16);
+    const __m256i nibble = _mm256_set1_epi8(0x0F);
     const __m256i pack = _mm256_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1, 2, 1, 0, 6, 5, 4,
                                           10, 9, 8, 14, 13, 12, -1, -1, -1, -1);
     const __m256i together = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
@@ -126,21 +139,14 @@ __attribute__((target("avx2"))) long decodeBlocksAvx2(uint8_t* out, long outSize
     long written = 0;
     while (inSize - taken >= 32 && outSize - written >= 24) {
         const __m256i c = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + taken));
-        const __m256i upper = inRange(c, 'A', 'Z');
-        const __m256i lower = inRange(c, 'a', 'z');
-        const __m256i digit = inRange(c, '0', '9');
-        const __m256i s62 = _mm256_or_si256(_mm256_cmpeq_epi8(c, _mm256_set1_epi8('+')),
-                                            _mm256_cmpeq_epi8(c, _mm256_set1_epi8('-')));
-        const __m256i s63 = _mm256_or_si256(_mm256_cmpeq_epi8(c, _mm256_set1_epi8('/')),
-                                            _mm256_cmpeq_epi8(c, _mm256_set1_epi8('_')));
-        const __m256i valid =
-            _mm256_or_si256(_mm256_or_si256(upper, lower), _mm256_or_si256(digit, _mm256_or_si256(s62, s63)));
-        if (static_cast<unsigned>(_mm256_movemask_epi8(valid)) != 0xFFFFFFFFu) break;
-        __m256i codes = _mm256_and_si256(upper, _mm256_sub_epi8(c, _mm256_set1_epi8('A')));
-        codes = _mm256_or_si256(codes, _mm256_and_si256(lower, _mm256_sub_epi8(c, _mm256_set1_epi8('a' - 26))));
-        codes = _mm256_or_si256(codes, _mm256_and_si256(digit, _mm256_add_epi8(c, _mm256_set1_epi8(52 - '0'))));
-        codes = _mm256_or_si256(codes, _mm256_and_si256(s62, _mm256_set1_epi8(62)));
-        codes = _mm256_or_si256(codes, _mm256_and_si256(s63, _mm256_set1_epi8(63)));
+        const __m256i high = _mm256_and_si256(_mm256_srli_epi32(c, 4), nibble);
+        const __m256i low = _mm256_and_si256(c, nibble);
+        if (!_mm256_testz_si256(_mm256_shuffle_epi8(badInClass, low), _mm256_shuffle_epi8(classOfHigh, high))) break;
+        __m256i offset = _mm256_shuffle_epi8(offsetOfHigh, high);
+        offset = _mm256_blendv_epi8(offset, _mm256_shuffle_epi8(offsetOf2x, low),
+                                    _mm256_cmpeq_epi8(high, _mm256_set1_epi8(2)));
+        offset = _mm256_blendv_epi8(offset, _mm256_set1_epi8(63 - '_'), _mm256_cmpeq_epi8(c, _mm256_set1_epi8('_')));
+        const __m256i codes = _mm256_add_epi8(c, offset);
         // Pairs of 6 bits into 12, pairs of 12 into 24, then the three bytes
         // of each 24 in order, the twelve of each half next to each other.
         const __m256i twelve = _mm256_maddubs_epi16(codes, _mm256_set1_epi32(0x01400140));

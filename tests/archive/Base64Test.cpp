@@ -236,6 +236,14 @@ TEST(Base64, OddCharactersAnywhereFailAsOneGroupAtATime) {
                 }
             }
         }
+        // Every byte value at places of the first, second and third block.
+        for (int value = 0; value < 256; ++value) {
+            for (size_t at : {size_t(0), size_t(5), size_t(31), size_t(32), size_t(47), size_t(63), size_t(64)}) {
+                std::string changed = text;
+                changed[at] = static_cast<char>(value);
+                ASSERT_EQ(decodeInto(changed, 200), referenceDecode(changed, 200)) << "byte " << value << " at " << at;
+            }
+        }
         for (long outSize : {0L, 23L, 24L, 48L, 71L, 72L}) ASSERT_EQ(decodeInto(text, outSize), referenceDecode(text, outSize));
         // Every length, so that the first terminator and the text's end fall
         // at each place of a 16-byte step and of a group.
