@@ -4,7 +4,6 @@
 
 class AbstractNode;
 class RootNode;
-class RecordNode;
 class IdItemListBase;
 struct RecordField;
 
@@ -15,15 +14,15 @@ struct ReferenceTarget {
     const char* list;
 };
 
-// Where the roots keep the target lists of references last found, so that a
-// reference setter does not look its list up by name each time. An entry is
+// Where the roots keep the target lists of references last found, so that
+// the full reference check and the reads of a reference's record do not look
+// the list up by name each time. An entry is
 // checked against the live tree before use (same section, same list behind
 // the same fields), so a replaced or removed list is never used. Every node
 // of a document points at its root's cache while the root lives.
 struct ReferenceListCache {
     struct Entry {
         const ReferenceTarget* target = nullptr;
-        const RecordNode* root = nullptr;           // the root that owns the cache
         const RecordField* sectionField = nullptr;  // in the root; null for a list at the root
         const RecordField* listField = nullptr;     // in the holder
         const AbstractNode* holder = nullptr;

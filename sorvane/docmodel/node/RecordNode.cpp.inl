@@ -281,7 +281,6 @@ AbstractNode* RecordNode::findReferenceList(const ReferenceTarget& target, const
         cached.holder = holder.get();
         cached.list = list.get();
         cached.ids = ids;
-        cached.root = rootNode.get();
         cached.target = &target;
     }
     return list.get();
@@ -300,7 +299,7 @@ const IdItemListBase& RecordNode::referenceList(const ReferenceTarget& target, s
 }
 
 // The list's path is made only for the message: checks run on every setter.
-void RecordNode::checkReferenceLookup(const ReferenceTarget& target, const char* key, int64_t id) const {
+void RecordNode::checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
     const IdItemListBase* ids = nullptr;
     AbstractNode* list = findReferenceList(target, ids);
     if (ids->findNodeItemIndexById(id) < 0)

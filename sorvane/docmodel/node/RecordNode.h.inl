@@ -86,27 +86,9 @@ protected:
     // The list a reference points into; fails when the document has none.
     const IdItemListBase& referenceList(const ReferenceTarget& target, std::string& listPath) const;
     AbstractNode* findReferenceList(const ReferenceTarget& target, const IdItemListBase*& ids) const;
-    // Inline, as every reference setter runs it: an id found in the indexed
-    // target list that the root's cache still vouches for returns at once;
-    // anything else takes the full lookup, which also makes the failure text.
-    void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const {
-        const IdItemListBase* ids = cachedReferenceList(target);
-        if (ids && ids->hasIndexedId(id)) return;
-        checkReferenceLookup(target, key, id);
-    }
-    void checkReferenceLookup(const ReferenceTarget& target, const char* key, int64_t id) const;
-    // The target list the root's cache holds for `target`, if the live tree
-    // still has it in the same place; null otherwise.
-    const IdItemListBase* cachedReferenceList(const ReferenceTarget& target) const {
-        if (root.expired()) return nullptr;  // rootReferences lives in the root
-        const ReferenceListCache::Entry& cached = rootReferences->slot(&target);
-        if (cached.target != &target) return nullptr;
-        const AbstractNode* holder = cached.sectionField ? cached.sectionField->child(*cached.root) : cached.root;
-        if (!holder || holder != cached.holder ||
-            cached.listField->child(static_cast<const RecordNode&>(*holder)) != cached.list)
-            return nullptr;
-        return cached.ids;
-    }
+    // The full check of a reference setter, after the generated setter's
+    // quick accept through the typed members failed; also makes the failure text.
+    void checkReference(const ReferenceTarget& target, const char* key, int64_t id) const;
     void checkReferenceItem(const ReferenceTarget& target, const char* key, int64_t index, int64_t id) const;
     // Every id of a whole new list, against one lookup of the target list.
     void checkReferenceItems(const ReferenceTarget& target, const char* key, const std::vector<int64_t>& values) const;
