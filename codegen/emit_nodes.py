@@ -295,6 +295,7 @@ class NodeEmitter:
         if record.has_list:
             o.append(f'#include "{record.list_header}"')
         o.append(f'#include "sorvane/{record.module}/node/ItemList.h"')
+        o.append('#include "sorvane/core/detail/release.h"')
         routes = self.typed_targets(record)
         if routes:
             headers = {f"sorvane/{record.module}/node/RootNode.h"}
@@ -332,7 +333,10 @@ class NodeEmitter:
             o.append("} // namespace")
             o.append("")
         o.append(f"{N}::{N}(const NodeParent& parent_) : {self.base_class(record)}(parent_) {{}}")
-        o.append(f"{N}::~{N}() = default;")
+        # Members are freed in key order, the order a read allocates them
+        # (see sorvane/core/detail/release.h).
+        o.append(f"{N}::~{N}() {{ sorvane::detail::releaseInOrder({', '.join(f.member for f in record.fields)}); }}"
+                 if record.fields else f"{N}::~{N}() = default;")
         o.append("")
         o.append(f"const char* {N}::getNodeTypeName() const {{ return kTypeName; }}")
         o.append("")
