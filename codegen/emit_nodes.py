@@ -115,6 +115,17 @@ class NodeEmitter:
             return f"sorvane/{record.folder}/{record.node_base}.h"
         return f"sorvane/{record.module}/node/RecordNode.h"
 
+    @staticmethod
+    def required_children(record):
+        """Child node members that a record always has."""
+        return [f for f in record.fields if not (f.is_value or f.is_list or f.is_map or f.optional)]
+
+    def make_child(self, record, f):
+        lines = [f"    {f.member} = std::make_shared<{f.child_class(self.records)}>(shared_from_this());"]
+        if f.type in ("object", "generic"):
+            lines.append(f"    {f.member}->incompleteInit();")
+        return lines
+
     def init_signature(self, record):
         return ", ".join(f"{f.kind['arg']} {param_name(f)}" for f in record.init_fields)
 
@@ -236,6 +247,9 @@ class NodeEmitter:
             o.append("    std::optional<std::string> getNodeIdRepr() const override;")
         o.append("    RecordFields getRecordFields() const override;")
         o.append("    void incompleteInit() override;")
+        if self.required_children(record):
+            o.append("    void clearForRead() override;")
+            o.append("    void completeRead() override;")
         if record.has_name:
             name = record.field("name")
             expr = "name_.value_or(std::string())" if name.optional else "name_"
@@ -351,24 +365,32 @@ class NodeEmitter:
         o.append("    return {fields, fields + sizeof fields / sizeof fields[0]};")
         o.append("}")
         o.append("")
-        # incompleteInit
-        o.append(f"void {N}::incompleteInit() {{")
-        for f in record.fields:
-            m = f.member
-            if f.is_value:
-                o.append(f"    {m} = {'std::nullopt' if f.optional else default_value(f)};")
-            elif f.is_list:
-                o.append(f"    {m}{'.reset()' if f.optional else '.clear()'};")
-            elif f.is_map:
-                o.append(f"    {m}.reset();")
-            elif f.optional:
-                o.append(f"    {m}.reset();")
-            else:
-                o.append(f"    {m} = std::make_shared<{f.child_class(r)}>(shared_from_this());")
-                if f.type in ("object", "generic"):
-                    o.append(f"    {m}->incompleteInit();")
-        o.append("}")
-        o.append("")
+        # incompleteInit, and for a read the same without the required
+        # children, which the read makes only for the keys the text lacks.
+        def reading_state(fn, make_children):
+            o.append(f"void {N}::{fn}() {{")
+            for f in record.fields:
+                m = f.member
+                if f.is_value:
+                    o.append(f"    {m} = {'std::nullopt' if f.optional else default_value(f)};")
+                elif f.is_list:
+                    o.append(f"    {m}{'.reset()' if f.optional else '.clear()'};")
+                elif f.is_map or f.optional or not make_children:
+                    o.append(f"    {m}.reset();")
+                else:
+                    o.extend(self.make_child(record, f))
+            o.append("}")
+            o.append("")
+        reading_state("incompleteInit", True)
+        if self.required_children(record):
+            reading_state("clearForRead", False)
+            o.append(f"void {N}::completeRead() {{")
+            for f in self.required_children(record):
+                o.append(f"    if (!{f.member}) {{")
+                o.extend("    " + line for line in self.make_child(record, f))
+                o.append("    }")
+            o.append("}")
+            o.append("")
         # init
         o.append(f"void {N}::init({self.init_signature(record)}) {{")
         o.append("    incompleteInit();")

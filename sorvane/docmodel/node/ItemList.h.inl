@@ -50,6 +50,8 @@ public:
         while (importer.nextArrayItem()) {
             auto item = std::make_shared<Record>(self);
             item->readRecord(importer);
+            // Room for a few at once: most lists are short.
+            if (this->items.empty()) this->items.reserve(4);
             this->items.push_back(std::move(item));
         }
         this->itemsChanged();

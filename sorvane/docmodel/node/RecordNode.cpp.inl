@@ -66,7 +66,7 @@ const RecordField* findIn(const RecordFields& fields, const char* key, size_t le
 }
 
 void readKeys(RecordNode& self, archive::JsonImporter& importer) {
-    self.incompleteInit();
+    self.clearForRead();
     if (!importer.nextBeginObject()) SORVANE_THROW("Expect an object at line %d", importer.getLine());
     // Keys are matched where they lie in the text; a value read leaves the
     // key of this record in place. Documents mostly give the keys in writing
@@ -89,6 +89,7 @@ void readKeys(RecordNode& self, archive::JsonImporter& importer) {
         if (!importer.skipContent(0, 0))
             SORVANE_THROW("Failed to skip content for key \"%s\" at line %d", name.c_str(), importer.getLine());
     }
+    self.completeRead();
     if (!importer.nextEndObject()) SORVANE_THROW("Expect the end of an object at line %d", importer.getLine());
 }
 
@@ -192,6 +193,8 @@ void RecordNode::readRecord(archive::JsonImporter& importer) {
     try {
         readKeys(*this, importer);
     } catch (...) {
+        // A record left by a failed read still has every child it always has.
+        completeRead();
         // The list will not get to tell its index after its last record;
         // the records it already holds may have replaced others.
         itemNameChanged();

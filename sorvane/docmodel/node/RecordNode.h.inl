@@ -50,6 +50,11 @@ public:
 
     // Puts every member into its reading state (defaults, empty, absent).
     virtual void incompleteInit() = 0;
+    // The same for a read, which may leave out the child nodes a record
+    // always has: the text's own are read into new nodes, and completeRead
+    // then makes those the text lacks, so that none is made twice.
+    virtual void clearForRead() { incompleteInit(); }
+    virtual void completeRead() {}
 
     void fromJson(archive::JsonImporter& importer) override;
     void toJson(archive::JsonExporter& exporter) const override;

@@ -125,6 +125,21 @@ TEST(RecordNode, KeysInAnyOrderAndMissingOnes) {
     auto asset = other->getStructure()->getAssets()->get(3);
     EXPECT_EQ(asset->getName(), "");
     EXPECT_NE(other->toJsonString().find("\"name\": \"\""), std::string::npos);
+    // A child list the text leaves out is there, empty and linked to its record.
+    ASSERT_TRUE(asset->getLods());
+    EXPECT_TRUE(asset->getLods()->isNodeEmpty());
+    EXPECT_EQ(asset->getLods()->getNodeParent().lock(), asset);
+
+    // A key given twice: the second value is the one kept.
+    auto twice = readRoot(R"({"structure": {"assets": [{"lods": [{"id": 1}], "lods": [], "id": 3}]}})");
+    EXPECT_TRUE(twice->getStructure()->getAssets()->get(3)->getLods()->isNodeEmpty());
+
+    // A record read again in place that fails half-way still has its list.
+    std::istringstream in(R"({"id": 3, "name": 5})");
+    sorvane::archive::JsonImporter importer(in);
+    EXPECT_THROW(asset->fromJson(importer), std::exception);
+    ASSERT_TRUE(asset->getLods());
+    EXPECT_EQ(asset->getLods()->getNodeParent().lock(), asset);
 }
 
 TEST(RecordNode, UnknownKeysAreSkippedWithAWarning) {
