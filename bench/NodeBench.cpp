@@ -103,8 +103,8 @@ void BM_RapidJson_PrettyWrite(benchmark::State& state) {
 }
 
 // The two reads again with the release of what they built outside the timed
-// part: the node tree is many small blocks, whose frees cost as much again as
-// a good part of the read, while RapidJSON's pool goes in a few.
+// part: the node tree is many small blocks, and freeing them takes a good
+// share of a round, while RapidJSON's pool goes in a few.
 void BM_Nodes_ReadBuildOnly(benchmark::State& state) {
     const std::string& text = documentText();
     for (auto _ : state) {

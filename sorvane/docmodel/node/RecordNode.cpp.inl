@@ -193,8 +193,12 @@ void RecordNode::readRecord(archive::JsonImporter& importer) {
     try {
         readKeys(*this, importer);
     } catch (...) {
-        // A record left by a failed read still has every child it always has.
-        completeRead();
+        // A record left by a failed read still has every child it always has
+        // (out of memory here, the read's own failure is the one to report).
+        try {
+            completeRead();
+        } catch (...) {
+        }
         // The list will not get to tell its index after its last record;
         // the records it already holds may have replaced others.
         itemNameChanged();
