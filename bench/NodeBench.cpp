@@ -23,12 +23,17 @@ namespace {
 using talvex_bench::documentText;
 
 // The text read in place, as a load does it.
+std::shared_ptr<sorvane::arf::RootNode> readTree(const std::string& text) {
+    auto root = std::make_shared<sorvane::arf::RootNode>();
+    sorvane::archive::JsonImporter importer(text.data(), text.size());
+    root->fromJson(importer);
+    return root;
+}
+
 void BM_Nodes_Read(benchmark::State& state) {
     const std::string& text = documentText();
     for (auto _ : state) {
-        auto root = std::make_shared<sorvane::arf::RootNode>();
-        sorvane::archive::JsonImporter importer(text.data(), text.size());
-        root->fromJson(importer);
+        auto root = readTree(text);
         benchmark::DoNotOptimize(root.get());
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
@@ -108,9 +113,7 @@ void BM_RapidJson_PrettyWrite(benchmark::State& state) {
 void BM_Nodes_ReadBuildOnly(benchmark::State& state) {
     const std::string& text = documentText();
     for (auto _ : state) {
-        auto root = std::make_shared<sorvane::arf::RootNode>();
-        sorvane::archive::JsonImporter importer(text.data(), text.size());
-        root->fromJson(importer);
+        auto root = readTree(text);
         benchmark::DoNotOptimize(root.get());
         state.PauseTiming();
         root.reset();
