@@ -1,7 +1,7 @@
 // What the two accessor benchmark files share: a stream over bytes in memory,
 // the .glb decoded from it, and the three loops compared (every accessor as a
-// tensor through handles, through the node layer, and the reference: a new
-// block and a memcpy of the same bytes per accessor).
+// tensor through handles, through the node layer, all in one call, and the
+// reference: a new block and a memcpy of the same bytes per accessor).
 #ifndef TALVEX_BENCH_GLTF_ACCESSOR_READS_H
 #define TALVEX_BENCH_GLTF_ACCESSOR_READS_H
 
@@ -96,6 +96,22 @@ inline void readThroughNodes(benchmark::State& state, const std::vector<uint8_t>
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
 }
 
+// Every accessor in one call through the list handle.
+inline void readAllAtOnce(benchmark::State& state, const std::vector<uint8_t>& bytes) {
+    const sorvane::gltf2::Gltf gltf = decodeGlb(bytes);
+    auto accessors = gltf.accessors.get();
+    int64_t total = 0;
+    for (auto _ : state) {
+        total = 0;
+        const std::vector<sorvane::DataTree> tensors = accessors.getTensors();
+        for (const sorvane::DataTree& tensor : tensors) {
+            benchmark::DoNotOptimize(tensor.getBuffer());
+            total += tensor.getBufferSize();
+        }
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+}
+
 // The reference: a new block per accessor and a memcpy of its bytes, from
 // where they lie in the .glb.
 inline void copyEveryAccessor(benchmark::State& state, const std::vector<uint8_t>& bytes) {
@@ -109,6 +125,69 @@ inline void copyEveryAccessor(benchmark::State& state, const std::vector<uint8_t
             benchmark::DoNotOptimize(block.get());
             total += static_cast<int64_t>(range.second);
         }
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+}
+
+// Every accessor through the node layer, all tensors kept until the pass ends,
+// as a caller that wants the whole file holds them.
+inline void readThroughNodesKept(benchmark::State& state, const std::vector<uint8_t>& bytes) {
+    const sorvane::gltf2::Gltf gltf = decodeGlb(bytes);
+    const auto& nodes = gltf.getRoot()->getAccessors()->getItems();
+    int64_t total = 0;
+    std::vector<sorvane::DataTree> tensors;
+    for (auto _ : state) {
+        total = 0;
+        tensors.clear();
+        tensors.reserve(nodes.size());
+        for (const auto& node : nodes) tensors.push_back(sorvane::gltf2::BinaryData::getTensor(*node));
+        for (const sorvane::DataTree& tensor : tensors) {
+            benchmark::DoNotOptimize(tensor.getBuffer());
+            total += tensor.getBufferSize();
+        }
+        tensors.clear();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+}
+
+// The reference for reads that keep every block until the pass ends: a new
+// block per accessor and a memcpy of its bytes, all freed at the end.
+inline void copyEveryAccessorKept(benchmark::State& state, const std::vector<uint8_t>& bytes) {
+    const auto ranges = accessorRanges(bytes);
+    int64_t total = 0;
+    std::vector<std::unique_ptr<uint8_t[]>> blocks;
+    for (auto _ : state) {
+        total = 0;
+        blocks.clear();
+        blocks.reserve(ranges.size());
+        for (const auto& range : ranges) {
+            blocks.emplace_back(new uint8_t[range.second]);
+            std::memcpy(blocks.back().get(), bytes.data() + range.first, range.second);
+            benchmark::DoNotOptimize(blocks.back().get());
+            total += static_cast<int64_t>(range.second);
+        }
+        blocks.clear();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+}
+
+// The bytes alone: every accessor's bytes copied, in order, into one block
+// made once.
+inline void copyEveryAccessorWhole(benchmark::State& state, const std::vector<uint8_t>& bytes) {
+    const auto ranges = accessorRanges(bytes);
+    size_t size = 0;
+    for (const auto& range : ranges) size += range.second;
+    std::vector<uint8_t> target(size, 1);
+    int64_t total = 0;
+    for (auto _ : state) {
+        uint8_t* at = target.data();
+        for (const auto& range : ranges) {
+            std::memcpy(at, bytes.data() + range.first, range.second);
+            at += range.second;
+        }
+        benchmark::DoNotOptimize(target.data());
+        benchmark::ClobberMemory();
+        total = static_cast<int64_t>(size);
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
 }

@@ -127,6 +127,18 @@ BENCHMARK(BM_GltfAccessorTensors)->Unit(benchmark::kMillisecond);
 void BM_GltfAccessorTensorsNodes(benchmark::State& state) { talvex_bench::readThroughNodes(state, glbBytes()); }
 BENCHMARK(BM_GltfAccessorTensorsNodes)->Unit(benchmark::kMillisecond);
 
+void BM_GltfAccessorTensorsAtOnce(benchmark::State& state) { talvex_bench::readAllAtOnce(state, glbBytes()); }
+BENCHMARK(BM_GltfAccessorTensorsAtOnce)->Unit(benchmark::kMillisecond);
+
+void BM_GltfAccessorTensorsNodesKept(benchmark::State& state) { talvex_bench::readThroughNodesKept(state, glbBytes()); }
+BENCHMARK(BM_GltfAccessorTensorsNodesKept)->Unit(benchmark::kMillisecond);
+
+void BM_GltfAccessorMemcpyKept(benchmark::State& state) { talvex_bench::copyEveryAccessorKept(state, glbBytes()); }
+BENCHMARK(BM_GltfAccessorMemcpyKept)->Unit(benchmark::kMillisecond);
+
+void BM_GltfAccessorMemcpyWhole(benchmark::State& state) { talvex_bench::copyEveryAccessorWhole(state, glbBytes()); }
+BENCHMARK(BM_GltfAccessorMemcpyWhole)->Unit(benchmark::kMillisecond);
+
 void BM_GltfAccessorMemcpy(benchmark::State& state) { talvex_bench::copyEveryAccessor(state, glbBytes()); }
 BENCHMARK(BM_GltfAccessorMemcpy)->Unit(benchmark::kMillisecond);
 

@@ -83,6 +83,14 @@ void BM_GltfAccessorStreamTensorsNodes(benchmark::State& state) {
 }
 BENCHMARK(BM_GltfAccessorStreamTensorsNodes)->Unit(benchmark::kMillisecond);
 
+void BM_GltfAccessorStreamTensorsAtOnce(benchmark::State& state) { talvex_bench::readAllAtOnce(state, streamGlbBytes()); }
+BENCHMARK(BM_GltfAccessorStreamTensorsAtOnce)->Unit(benchmark::kMillisecond);
+
+void BM_GltfAccessorStreamMemcpyKept(benchmark::State& state) {
+    talvex_bench::copyEveryAccessorKept(state, streamGlbBytes());
+}
+BENCHMARK(BM_GltfAccessorStreamMemcpyKept)->Unit(benchmark::kMillisecond);
+
 void BM_GltfAccessorStreamMemcpy(benchmark::State& state) { talvex_bench::copyEveryAccessor(state, streamGlbBytes()); }
 BENCHMARK(BM_GltfAccessorStreamMemcpy)->Unit(benchmark::kMillisecond);
 

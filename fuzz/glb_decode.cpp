@@ -1,12 +1,14 @@
 // Arbitrary bytes decoded as a .glb; when they load, every accessor is read
-// as a tensor, the scene graph is walked (node types, first mesh), every
+// as a tensor, one at a time and all at once (the two must agree), the scene graph is walked (node types, first mesh), every
 // primitive's joints and morph stacks are built, every animation sampler is
 // resampled at 30 fps and mixed, and the document is saved into a memory store.
 #include <cstdint>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "sorvane/archive/MemoryFileProvider.h"
 #include "sorvane/core/RuntimeException.h"
@@ -57,11 +59,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     try {
         std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
         sorvane::gltf2::Gltf gltf = sorvane::gltf2::Gltf::decode(in);
+        // One read at a time, then all at once: the same tensors, or the
+        // first failure's own message.
+        std::vector<sorvane::DataTree> single;
+        std::string firstFailure;
         for (int64_t i = 0; i < gltf.accessors.size(); ++i) {
             try {
-                gltf.accessors.getByIndex(i).getTensor();
-            } catch (const sorvane::RuntimeException&) {
+                single.push_back(gltf.accessors.getByIndex(i).getTensor());
+            } catch (const sorvane::RuntimeException& e) {
+                if (firstFailure.empty()) firstFailure = std::string("error: ") + e.what();
             }
+        }
+        try {
+            const std::vector<sorvane::DataTree> all = gltf.accessors.get().getTensors();
+            if (!firstFailure.empty() || all.size() != single.size()) std::abort();
+            for (size_t i = 0; i < all.size(); ++i)
+                if (!all[i].equals(single[i])) std::abort();
+        } catch (const sorvane::RuntimeException& e) {
+            if (firstFailure != std::string("error: ") + e.what()) std::abort();
         }
         for (auto walk : {+[](const sorvane::gltf2::Gltf& g) { g.getNodeTypes(); },
                           +[](const sorvane::gltf2::Gltf& g) { g.getFirstMesh(); },

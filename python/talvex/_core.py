@@ -127,6 +127,12 @@ class Function:
                 kinds[i], kinds[i + 1] = "arrin", "size"
                 i += 2
                 continue
+            if (ct.endswith("**") and not ct.startswith("const ") and ct[:-2] in HANDLE_TYPES
+                    and nxt[1] == "int64_t" and nxt2[1] == "int64_t*" and nxt2[0] == "pvalueCount"):
+                # An array of new handles under the array size protocol.
+                kinds[i], kinds[i + 1], kinds[i + 2] = "handles", "size", "size"
+                i += 3
+                continue
             if _pointee(ct).replace("const ", "") in HANDLE_TYPES and ct.count("*") == 1:
                 kinds[i] = "handle"
             elif ct.endswith("**") and not ct.startswith("const ") and ct[:-2] in HANDLE_TYPES:
@@ -142,8 +148,8 @@ class Function:
             i += 1
         self.inputs = [k for k in range(n) if kinds[k] in ("str", "handle", "raw", "bufin", "arrin", "arrin3")]
         self.input_names = [p[k][0] for k in self.inputs]
-        self.results = [k for k in range(n) if kinds[k] in ("out", "hout", "vout", "text", "bytes", "array")]
-        self.groups = [k for k in self.results if kinds[k] in ("text", "bytes", "array")]
+        self.results = [k for k in range(n) if kinds[k] in ("out", "hout", "vout", "text", "bytes", "array", "handles")]
+        self.groups = [k for k in self.results if kinds[k] in ("text", "bytes", "array", "handles")]
         self.simple = not self.groups and all(kinds[k] in ("out", "handle", "raw", "hout") for k in range(n))
         # A cast (_toX) hands out the same object under another handle type.
         self.alias = bool(re.search(r"_to[A-Z]\w*$", self.name))
@@ -353,6 +359,19 @@ class Function:
             if raw(*args) != 0:
                 raise Error(slot_text())
             outs[k] = buf.raw[:size.value]
+        elif kind == "handles":
+            # The count first (nothing is read), then one slot per handle; every
+            # handle is the caller's and is released with its object.
+            count = C.c_int64(0)
+            args[k], args[k + 1], args[k + 2] = None, 0, C.byref(count)
+            if raw(*args) != 0:
+                raise Error(slot_text())
+            slots = (self.params[k][2]._type_ * count.value)()
+            args[k], args[k + 1] = slots, C.sizeof(slots)
+            if raw(*args) != 0:
+                raise Error(slot_text())
+            name = self.params[k][1][:-2]
+            outs[k] = [wrap(name, slots[j]) for j in range(count.value)]
         else:  # arrays: out..., outBytes, pvalueCount
             element = self.params[k][2]._type_
             last = k + 1

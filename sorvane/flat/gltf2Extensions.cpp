@@ -1,5 +1,7 @@
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "sorvane/arf/property/data/DataList.h"
 #include "sorvane/flat/Frame.h"
@@ -90,6 +92,29 @@ int32_t sorvane_gltf2_Accessor_getTensor(DataTree** out, sorvane_gltf2_Accessor*
 
 int32_t sorvane_gltf2_Accessor_getDataArray(DataTree** out, sorvane_gltf2_Accessor* self) {
     return flat::get(out, "accessor is NULL", self, [](Accessor& a) { return new DataTree(a.getDataArray()); });
+}
+
+int32_t sorvane_gltf2_AccessorList_getTensors(DataTree** out, int64_t outBytes, int64_t* pvalueCount,
+                                              sorvane_gltf2_AccessorList* self) {
+    if (!self) return flat::fail("accessorList is NULL");
+    if (!pvalueCount) return flat::fail("pvalueCount is NULL");
+    bool filled = false;
+    if (flat::guard([&] {
+            // The count is the list's size: asking for it reads nothing.
+            const int64_t count = self->size();
+            if (*pvalueCount != count) *pvalueCount = count;
+            if (!out || outBytes < 0 || static_cast<uint64_t>(outBytes) / sizeof(DataTree*) < static_cast<uint64_t>(count))
+                return;
+            std::vector<DataTree> tensors = self->getTensors();
+            // Handed out only once every handle is made.
+            std::vector<std::unique_ptr<DataTree>> handles;
+            handles.reserve(tensors.size());
+            for (DataTree& tensor : tensors) handles.push_back(std::make_unique<DataTree>(std::move(tensor)));
+            for (size_t i = 0; i < handles.size(); ++i) out[i] = handles[i].release();
+            filled = true;
+        }) != 0)
+        return -1;
+    return (filled || !out) ? 0 : -1;
 }
 
 int32_t sorvane_gltf2_BufferViewList_addBuffer(sorvane_gltf2_BufferView** out, sorvane_gltf2_BufferViewList* self,

@@ -53,6 +53,12 @@ SORVANE_API int32_t sorvane_gltf2_Accessor_getDims(int64_t* out, int64_t outByte
 SORVANE_API int32_t sorvane_gltf2_Accessor_getTensor(DataTree** out, sorvane_gltf2_Accessor* self);
 /* The same values as a new DataTree array of count rows. */
 SORVANE_API int32_t sorvane_gltf2_Accessor_getDataArray(DataTree** out, sorvane_gltf2_Accessor* self);
+/* Every accessor of the list as a new DataTree tensor, in order, under the
+ * array size protocol (out holds DataTree handles; a null out asks for the
+ * count and reads nothing). Faster than a getTensor per accessor when every
+ * tensor is kept; small tensors share blocks, so a tensor kept keeps its block. */
+SORVANE_API int32_t sorvane_gltf2_AccessorList_getTensors(DataTree** out, int64_t outBytes, int64_t* pvalueCount,
+                                                          sorvane_gltf2_AccessorList* self);
 
 /* A view over a range of an existing buffer; arguments after self: buffer,
  * target, byteLength, byteOffset, name (null for none). */

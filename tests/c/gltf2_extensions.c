@@ -116,6 +116,20 @@ static int build_save_reload(const char* dir) {
     sorvane_datatree_DataTree_delete(back);
     sorvane_gltf2_Accessor_delete(accessor);
 
+    /* Every accessor at once: the count first, then the handles. */
+    int64_t tensorCount = 0;
+    CHECK(sorvane_gltf2_AccessorList_getTensors(NULL, 0, &tensorCount, accessors));
+    EXPECT(tensorCount == 2);
+    DataTree* all[3] = {NULL, NULL, NULL};
+    EXPECT(sorvane_gltf2_AccessorList_getTensors(all, sizeof all[0], &tensorCount, accessors) == -1 && all[0] == NULL);
+    CHECK(sorvane_gltf2_AccessorList_getTensors(all, sizeof all, &tensorCount, accessors));
+    size = sizeof values;
+    CHECK(sorvane_datatree_DataTree_getValues(values, &size, all[1]));
+    EXPECT(memcmp(values, kIndices, sizeof values) == 0 && all[2] == NULL);
+    sorvane_datatree_DataTree_delete(all[0]);
+    sorvane_datatree_DataTree_delete(all[1]);
+    EXPECT(fails_with(sorvane_gltf2_AccessorList_getTensors(all, sizeof all, NULL, accessors), "pvalueCount is NULL"));
+
     /* A second view over the first one's bytes, by range; out of range fails. */
     CHECK(sorvane_gltf2_BufferViewList_addBuffer(&view, views, 0, 0, 2, 1, "BC"));
     char bc[2];

@@ -45,14 +45,29 @@ Pair both(const std::string& bin, const std::string& rest, long byteLength = -1)
     return {Gltf::load(provider, "a.gltf", MULTIPLE_FILES), Gltf::decode(glb)};
 }
 
+std::string outcomeOf(const DataTree& tensor) {
+    std::string out;
+    for (long size : tensor.getTensorSizes()) out += std::to_string(size) + ",";
+    out += " " + std::to_string(static_cast<int>(tensor.getScalarType())) + " ";
+    return out + bytesOf(tensor.getBuffer(), static_cast<size_t>(tensor.getBufferSize()));
+}
+
+// Every accessor read at once, as tensorOutcome reads one, joined by "|".
+std::string allOutcome(const Gltf& gltf) {
+    try {
+        std::string out;
+        for (const DataTree& tensor : gltf.accessors.get().getTensors()) out += (out.empty() ? "" : "|") + outcomeOf(tensor);
+        return out;
+    } catch (const std::exception& e) {
+        return std::string("error: ") + e.what();
+    }
+}
+
 // What a read gives: the tensor's sizes, type and bytes, or the message.
 std::string tensorOutcome(const Gltf& gltf, int64_t index) {
     std::string out;
     try {
-        const DataTree tensor = gltf.accessors.getByIndex(index).getTensor();
-        for (long size : tensor.getTensorSizes()) out += std::to_string(size) + ",";
-        out += " " + std::to_string(static_cast<int>(tensor.getScalarType())) + " ";
-        out += bytesOf(tensor.getBuffer(), static_cast<size_t>(tensor.getBufferSize()));
+        out = outcomeOf(gltf.accessors.getByIndex(index).getTensor());
     } catch (const std::exception& e) {
         out = std::string("error: ") + e.what();
     }
@@ -118,6 +133,8 @@ TEST(ReadPath, GlbReadsMatchDataUriReads) {
                                                 "]");
         SCOPED_TRACE(std::string(c.views) + " " + c.accessor);
         EXPECT_EQ(tensorOutcome(pair.binary, 0), tensorOutcome(pair.text, 0));
+        EXPECT_EQ(allOutcome(pair.binary), tensorOutcome(pair.binary, 0));
+        EXPECT_EQ(allOutcome(pair.text), tensorOutcome(pair.text, 0));
         for (int64_t outSize : {0, 4, 8, 24, 32})
             EXPECT_EQ(dataOutcome(pair.binary, 0, outSize), dataOutcome(pair.text, 0, outSize)) << outSize;
     }
@@ -259,4 +276,43 @@ TEST(ReadPath, GlbTensorsAreTheCallers) {
     EXPECT_EQ(std::string(static_cast<const char*>(block), 6), "\xff\x07\x0e\x15\x1c\x23");
     std::free(block);
     std::free(large.releaseBuffer());
+}
+
+// Every accessor at once: the same tensors as one read each, which outlive
+// the document and each other; the first accessor that cannot be read fails
+// the whole read with its own message.
+TEST(ReadPath, AllTensorsAtOnce) {
+    std::string bin(100000, '\0');
+    for (size_t i = 0; i < bin.size(); ++i) bin[i] = static_cast<char>(i * 7);
+    std::string accessors;
+    // Small ones that share blocks, then one past the shared size and one with its offset subtracted.
+    for (int i = 0; i < 300; ++i)
+        accessors += "{\"bufferView\":0,\"byteOffset\":" + std::to_string(i) +
+                     ",\"componentType\":5121,\"count\":" + std::to_string(i % 7 + 1 + i) + ",\"type\":\"VEC2\"},";
+    accessors += "{\"bufferView\":0,\"componentType\":5126,\"count\":25000,\"type\":\"SCALAR\"},"
+                 "{\"bufferView\":1,\"byteOffset\":8,\"componentType\":5126,\"count\":4,\"type\":\"SCALAR\"}";
+    const std::string views = ",\"bufferViews\":[{\"buffer\":0,\"byteLength\":100000},{\"buffer\":0,\"byteLength\":24}]";
+    auto pair = std::make_unique<Pair>(both(bin, views + ",\"accessors\":[" + accessors + "]"));
+    std::vector<DataTree> tensors = pair->binary.accessors.get().getTensors();
+    ASSERT_EQ(static_cast<int64_t>(tensors.size()), pair->binary.accessors.size());
+    for (size_t i = 0; i < tensors.size(); ++i)
+        ASSERT_EQ(outcomeOf(tensors[i]), tensorOutcome(pair->text, static_cast<int64_t>(i))) << i;
+    EXPECT_EQ(allOutcome(pair->text), allOutcome(pair->binary));
+    const std::string kept = outcomeOf(tensors[150]);
+    tensors[150].getData<uint8_t>()[0] ^= 0xff;
+    EXPECT_EQ(outcomeOf(tensors[151]), tensorOutcome(pair->text, 151));
+    tensors[150].getData<uint8_t>()[0] ^= 0xff;
+    DataTree one = tensors[150];
+    tensors.clear();
+    pair.reset();
+    EXPECT_EQ(outcomeOf(one), kept);
+
+    const Pair failing = both(bin, views + ",\"accessors\":[" + accessors +
+                                       ",{\"bufferView\":7,\"componentType\":5126,\"count\":1,\"type\":\"SCALAR\"}]");
+    EXPECT_EQ(allOutcome(failing.binary), tensorOutcome(failing.binary, 302));
+    EXPECT_EQ(allOutcome(failing.binary).rfind("error: ", 0), 0u);
+
+    // No list: no tensors.
+    talvex_test::GltfScratch scratch;
+    EXPECT_TRUE(Gltf::create(scratch.path("a.glb")).accessors.get().getTensors().empty());
 }

@@ -329,6 +329,10 @@ class Gltf(unittest.TestCase):
                 self.assertEqual(tobytes(positions.tensor()), values[:24])
                 self.assertEqual(list(positions.tensor(use_numpy=False).shape), [2, 3])
                 self.assertEqual(tobytes(indices.tensor()), values[24:30])
+                # Every accessor at once, as DataTree tensors of their own.
+                tensors = gltf.accessors.tensors
+                self.assertEqual([list(t.tensor(use_numpy=False).shape) for t in tensors], [[2, 3], [3]])
+                self.assertEqual(tobytes(tensors[1].tensor()), values[24:30])
                 if READER:
                     c_bytes = subprocess.run([READER, path, "--accessor"], capture_output=True, check=True).stdout
                     self.assertEqual(c_bytes, values[:24])

@@ -15,6 +15,7 @@ namespace sorvane::datatree {
 // caller gets from releaseBuffer is a malloc block either way.
 class SORVANE_API Tensor : public Node {
     struct BlockTag {};
+    friend class TensorBatch;
 
 public:
     // Largest block makeWithBlock puts beside the node: past it a block of

@@ -10,6 +10,7 @@
 #include "sorvane/archive/base64.h"
 #include "sorvane/core/RuntimeException.h"
 #include "sorvane/datatree/node/Tensor.h"
+#include "sorvane/datatree/node/TensorBatch.h"
 #include "sorvane/gltf2/node/RootNode.h"
 #include "sorvane/gltf2/node/buffer/ByteBlock.h"
 
@@ -182,7 +183,34 @@ void readAheadFrom(const AccessorNode& accessor, const RootNode& root) {
     }
 }
 
-bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
+// What the quick path checks once per document: its lists and the open
+// shared buffer, whose node must be the one its index names.
+struct SharedSource {
+    const std::vector<std::shared_ptr<BufferViewNode>>* views = nullptr;
+    const RootNode::SharedBuffer* shared = nullptr;
+    bool bufferValid = false;  // the shared buffer's node is in place
+};
+
+bool sharedSourceOf(const RootNode& root, SharedSource& source) {
+    const auto& views = root.getBufferViews();
+    const auto& buffers = root.getBuffers();
+    const RootNode::SharedBuffer* shared = root.getSharedBuffer();
+    if (!views || !buffers || !shared) return false;
+    source.views = &views->getItems();
+    source.shared = shared;
+    const int64_t bufferIndex = shared->bufferIndex;
+    if (bufferIndex < 0 || bufferIndex >= buffers->getNodeSize()) return true;
+    const BufferNode* buffer = buffers->getItems()[static_cast<size_t>(bufferIndex)].get();
+    if (!buffer) return true;
+    // The general path knows the shared buffer by the node's own position in its list.
+    const AbstractNode::WeakRef& parent = buffer->peekNodeParent();
+    source.bufferValid = !parent.owner_before(buffers) && !buffers.owner_before(parent);
+    return true;
+}
+
+// The accessor's own checks: its type, count and view, against the
+// document's source.
+bool planWithin(const AccessorNode& accessor, const SharedSource& source, ReadPlan& plan) {
     plan.shape = shapeOf(accessor.getType());
     if (plan.shape.rank == 0) return false;
     long componentSize = 0;
@@ -201,18 +229,10 @@ bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
         __builtin_mul_overflow(values, componentSize, &plan.bytes))
         return false;
     if (!accessor.hasBufferView()) return false;
-    // The caller holds the accessor, and the read keeps nothing: its
-    // document is looked at without taking a reference.
-    const RootNode* root = accessor.peekNodeRoot();
-    if (!root) return false;
-    readAheadFrom(accessor, *root);
-    const auto& views = root->getBufferViews();
-    const auto& buffers = root->getBuffers();
-    const RootNode::SharedBuffer* shared = root->getSharedBuffer();
-    if (!views || !buffers || !shared) return false;
+    const auto& views = *source.views;
     const int64_t viewIndex = accessor.getBufferView();
-    if (viewIndex < 0 || viewIndex >= views->getNodeSize()) return false;
-    const BufferViewNode* view = views->getItems()[static_cast<size_t>(viewIndex)].get();
+    if (viewIndex < 0 || static_cast<uint64_t>(viewIndex) >= views.size()) return false;
+    const BufferViewNode* view = views[static_cast<size_t>(viewIndex)].get();
     if (!view) return false;
     const int64_t byteOffset = accessor.getByteOffset();
     if (byteOffset < 0 || byteOffset >= view->getByteLength()) return false;
@@ -221,23 +241,70 @@ bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
     plan.length = plan.bytes - byteOffset;
     if (plan.length < 0) return false;
     if (plan.length == 0) return true;
-    const int64_t bufferIndex = view->getBuffer();
-    if (bufferIndex != shared->bufferIndex || bufferIndex < 0 || bufferIndex >= buffers->getNodeSize()) return false;
-    const BufferNode* buffer = buffers->getItems()[static_cast<size_t>(bufferIndex)].get();
-    if (!buffer) return false;
-    // The general path knows the shared buffer by the node's own position in its list.
-    const AbstractNode::WeakRef& parent = buffer->peekNodeParent();
-    if (parent.owner_before(buffers) || buffers.owner_before(parent)) return false;
+    if (!source.bufferValid || view->getBuffer() != source.shared->bufferIndex) return false;
     // The shared buffer's own bytes, as the general path takes them: a .glb's
     // BIN chunk may be longer than "byteLength" by its padding.
-    const int64_t size = static_cast<int64_t>(shared->data.size());
+    const int64_t size = static_cast<int64_t>(source.shared->data.size());
     int64_t offset = 0;
     int64_t end = 0;
     if (__builtin_add_overflow(byteOffset, view->hasByteOffset() ? view->getByteOffset() : 0, &offset) ||
         offset < 0 || offset >= size || __builtin_add_overflow(offset, plan.length, &end) || end > size)
         return false;
-    plan.source = shared->data.data() + offset;
+    plan.source = source.shared->data.data() + offset;
     return true;
+}
+
+bool planRead(const AccessorNode& accessor, ReadPlan& plan) {
+    // The caller holds the accessor, and the read keeps nothing: its
+    // document is looked at without taking a reference.
+    const RootNode* root = accessor.peekNodeRoot();
+    if (!root) return false;
+    readAheadFrom(accessor, *root);
+    SharedSource source;
+    return sharedSourceOf(*root, source) && planWithin(accessor, source, plan);
+}
+
+// The tensor of a quick plan, its values copied and the rest zeroed; from
+// the batch when one is given. Null when memory is short: the general path
+// then words it.
+std::shared_ptr<datatree::Node> tensorOf(const AccessorNode& accessor, const ReadPlan& plan,
+                                         datatree::TensorBatch* batch) {
+    const size_t rank = static_cast<size_t>(plan.shape.rank);
+    long sizes[3] = {static_cast<long>(accessor.getCount()), plan.shape.inner[0], plan.shape.inner[1]};
+    const auto fill = [&plan](void* block) {
+        if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
+        // The view may give less than the elements take (the offset is
+        // subtracted): the rest reads as zeros.
+        if (plan.bytes > plan.length)
+            std::memset(static_cast<uint8_t*>(block) + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
+    };
+    if (static_cast<size_t>(plan.bytes) <= datatree::Tensor::kMaxAdjacentBytes) {
+        // The bytes are fetched while the tensor is made: reading every
+        // accessor of a large file, they are mostly not in the cache.
+        const int64_t ahead = plan.length < 4096 ? plan.length : 4096;
+        for (int64_t at = 0; at < ahead; at += 64) __builtin_prefetch(plan.source + at);
+        // One allocation for the node, its sizes and its values (or a share of the batch's).
+        std::shared_ptr<datatree::Tensor> tensor;
+        try {
+            const size_t bytes = static_cast<size_t>(plan.bytes);
+            tensor = batch ? batch->make(bytes, sizes, rank, plan.scalar)
+                           : datatree::Tensor::makeWithBlock(bytes, sizes, rank, plan.scalar);
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
+        fill(tensor->getBuffer());
+        return tensor;
+    }
+    void* block = allocateBlock(static_cast<size_t>(plan.bytes));
+    if (!block) return nullptr;
+    fill(block);
+    try {
+        return std::make_shared<datatree::Tensor>(block, static_cast<long>(plan.bytes),
+                                                  std::vector<long>(sizes, sizes + rank), plan.scalar);
+    } catch (...) {
+        std::free(block);
+        throw;
+    }
 }
 
 } // namespace
@@ -344,62 +411,60 @@ std::vector<long> BinaryData::getDims(const AccessorNode& accessor) {
     SORVANE_THROW("Accessor type %s is not a vector or is not supported", type.c_str());
 }
 
-DataTree BinaryData::getTensor(const AccessorNode& accessor) {
-    ReadPlan plan;
-    if (planRead(accessor, plan)) {
-        const size_t rank = static_cast<size_t>(plan.shape.rank);
-        long sizes[3] = {static_cast<long>(accessor.getCount()), plan.shape.inner[0], plan.shape.inner[1]};
-        // The view may give less than the elements take (the offset is
-        // subtracted): the rest reads as zeros.
-        if (static_cast<size_t>(plan.bytes) <= datatree::Tensor::kMaxAdjacentBytes) {
-            // The bytes are fetched while the tensor is made: reading every
-            // accessor of a large file, they are mostly not in the cache.
-            const int64_t ahead = plan.length < 4096 ? plan.length : 4096;
-            for (int64_t at = 0; at < ahead; at += 64) __builtin_prefetch(plan.source + at);
-            // One allocation for the node, its sizes and its values.
-            std::shared_ptr<datatree::Tensor> tensor;
-            try {
-                tensor = datatree::Tensor::makeWithBlock(static_cast<size_t>(plan.bytes), sizes, rank, plan.scalar);
-            } catch (const std::bad_alloc&) {
-                // the general path words it
-            }
-            if (tensor) {
-                auto* block = static_cast<uint8_t*>(tensor->getBuffer());
-                if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
-                if (plan.bytes > plan.length)
-                    std::memset(block + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
-                return DataTree(std::move(tensor));
-            }
-        } else if (void* block = allocateBlock(static_cast<size_t>(plan.bytes))) {
-            std::vector<long> dims(sizes, sizes + rank);
-            if (plan.length) std::memcpy(block, plan.source, static_cast<size_t>(plan.length));
-            if (plan.bytes > plan.length)
-                std::memset(static_cast<uint8_t*>(block) + plan.length, 0, static_cast<size_t>(plan.bytes - plan.length));
-            try {
-                return DataTree(std::make_shared<datatree::Tensor>(block, static_cast<long>(plan.bytes), std::move(dims),
-                                                                   plan.scalar));
-            } catch (...) {
-                std::free(block);
-                throw;
-            }
-        }
-        // Out of memory: the general path words it.
-    }
-    const std::vector<long> dims = getDims(accessor);
+namespace {
+
+// The general read: every check words its failure.
+DataTree readTensor(const AccessorNode& accessor) {
+    const std::vector<long> dims = BinaryData::getDims(accessor);
     const ScalarType type = accessorComponentType2ScalarType(accessor.getComponentType());
     const int64_t bytes = accessorValueCount(accessor) * accessorComponentType2size(accessor.getComponentType());
     // Measured first: a count the buffer cannot hold fails before anything is allocated.
-    getDataSize(accessor);
+    BinaryData::getDataSize(accessor);
     void* block = allocateBlock(static_cast<size_t>(bytes));
     if (!block) SORVANE_THROW("Getting data from %s:\nOut of memory", accessor.getNodePath().c_str());
     try {
-        const int64_t got = getData(accessor, block, bytes);
+        const int64_t got = BinaryData::getData(accessor, block, bytes);
         if (got < bytes) std::memset(static_cast<uint8_t*>(block) + got, 0, static_cast<size_t>(bytes - got));
         return DataTree::createTensor(block, static_cast<long>(bytes), dims, type);
     } catch (...) {
         std::free(block);
         throw;
     }
+}
+
+} // namespace
+
+DataTree BinaryData::getTensor(const AccessorNode& accessor) {
+    ReadPlan plan;
+    if (planRead(accessor, plan)) {
+        if (std::shared_ptr<datatree::Node> tensor = tensorOf(accessor, plan, nullptr)) return DataTree(std::move(tensor));
+    }
+    return readTensor(accessor);
+}
+
+std::vector<DataTree> BinaryData::getTensors(const AccessorNodes& accessors) {
+    const auto& items = accessors.getItems();
+    std::vector<DataTree> tensors;
+    tensors.reserve(items.size());
+    // The document's lists and shared buffer are looked at once for all.
+    SharedSource source;
+    const RootNode* root = accessors.peekNodeRoot();
+    const bool quick = root && sharedSourceOf(*root, source);
+    datatree::TensorBatch batch;
+    for (size_t i = 0; i < items.size(); ++i) {
+        // The nodes the next reads need are asked for ahead: their fields are mostly not in the cache.
+        if (i + 4 < items.size()) prefetchNode(items[i + 4].get());
+        if (quick && i + 2 < items.size()) {
+            if (const BufferViewNode* view = viewNamed(items[i + 2].get(), *source.views)) prefetchNode(view);
+        }
+        const AccessorNode& accessor = *items[i];
+        ReadPlan plan;
+        std::shared_ptr<datatree::Node> tensor;
+        if (quick && planWithin(accessor, source, plan)) tensor = tensorOf(accessor, plan, &batch);
+        if (tensor) tensors.emplace_back(std::move(tensor));
+        else tensors.push_back(readTensor(accessor));
+    }
+    return tensors;
 }
 
 DataTree* BinaryData::getTensorPtr(const AccessorNode& accessor) { return new DataTree(getTensor(accessor)); }

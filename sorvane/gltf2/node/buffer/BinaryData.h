@@ -12,6 +12,7 @@
 namespace sorvane::gltf2 {
 
 class AccessorNode;
+class AccessorNodes;
 class BufferNode;
 class BufferViewNode;
 class RootNode;
@@ -38,6 +39,10 @@ struct SORVANE_API BinaryData {
     static DataTree getDataArray(const AccessorNode& accessor);
     static DataTree getTensor(const AccessorNode& accessor);
     static DataTree* getTensorPtr(const AccessorNode& accessor);
+    // Every accessor of the list as a tensor, in order; fails as getTensor
+    // does at the first accessor that cannot be read. Small tensors share
+    // blocks (see datatree::TensorBatch).
+    static std::vector<DataTree> getTensors(const AccessorNodes& accessors);
 
     static std::string getString(const BufferNode& buffer, int64_t byteOffset, int64_t valueCount, int64_t valueSize,
                                  int64_t byteStride);
