@@ -22,8 +22,8 @@ constexpr size_t kNodeBytes = roundUp(sizeof(Tensor));
 // The block's header, then its tensor nodes side by side from the front, and
 // their values from the back. Kept apart, the nodes of many small tensors
 // share cache lines: a caller walking every tensor, and the release of the
-// block, touch a few lines per tensor instead of one page each. Destroyed
-// when the last reference goes, it destroys the tensors made in it.
+// block, read consecutive lines, not one line per tensor among the values.
+// Destroyed when the last reference goes, it destroys the tensors made in it.
 class TensorBatch::Block {
 public:
     static std::shared_ptr<Block> create() {

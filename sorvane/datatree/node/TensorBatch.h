@@ -11,8 +11,8 @@ namespace sorvane::datatree {
 // Makes many small tensors at once. Their nodes and values are cut from
 // shared blocks of 64 KiB, and a block goes back to the allocator when the
 // last tensor cut from it (and the batch, while it fills it) has gone. For
-// tensors of a few hundred bytes one malloc and free each is most of the cost
-// of making them; here it is one per block.
+// tensors of a few hundred bytes one malloc and free each is a large part of
+// the cost of making them; here it is one per block.
 //
 // Each tensor is a tensor like any other: it may be changed, given new data,
 // released or handed to another thread. The price is memory: a tensor kept
