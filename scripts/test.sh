@@ -7,6 +7,10 @@ cd "$(dirname "$0")/.."
 
 bash scripts/deps.sh
 
+# Compiler caches hit across clones in other folders: paths under the
+# checkout are hashed relative to it.
+export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(pwd)}
+
 build=${TALVEX_TEST_BUILD_DIR:-build-test}
 jobs=$(nproc 2>/dev/null || echo 2)
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Debug -DTALVEX_SANITIZE=ON -DTALVEX_BUILD_TESTS=ON
