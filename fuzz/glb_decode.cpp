@@ -1,7 +1,8 @@
 // Arbitrary bytes decoded as a .glb; when they load, every accessor is read
-// as a tensor, one at a time and all at once (the two must agree), the scene graph is walked (node types, first mesh), every
-// primitive's joints and morph stacks are built, every animation sampler is
-// resampled at 30 fps and mixed, and the document is saved into a memory store.
+// as a tensor one at a time and all at once (the two must agree), the scene
+// graph is walked (node types, first mesh), every primitive's joints and
+// morph stacks are built, every animation sampler is resampled at 30 fps and
+// mixed, and the document is saved into a memory store.
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
