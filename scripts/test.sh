@@ -7,8 +7,9 @@ cd "$(dirname "$0")/.."
 
 bash scripts/deps.sh
 
-# Compiler caches hit across clones in other folders: paths under the
-# checkout are hashed relative to it.
+# Paths under the checkout are hashed relative to it, so that builds without
+# debug information (the clang check) hit the compiler cache from clones in
+# other folders; ccache still hashes the folder of builds with -g.
 export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(pwd)}
 
 build=${TALVEX_TEST_BUILD_DIR:-build-test}
