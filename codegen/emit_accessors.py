@@ -127,7 +127,7 @@ class AccessorEmitter:
         elif f.is_list:
             E = f.element
             o.append(f"    using Element = {E};")
-            o.append(f"    static const std::vector<{E}>& get(const {N}& n) {{ return n.get{C}(); }}")
+            o.append(f"    static const {f.list_type}& get(const {N}& n) {{ return n.get{C}(); }}")
             o.append(f"    static void set({N}& n, const std::vector<{E}>& v) {{ n.set{C}(v); }}")
             o.append(f"    static int64_t size(const {N}& n) {{ return n.get{C}Size(); }}")
             o.append(f"    static bool hasValue(const {N}& n, int64_t i) {{ return n.has{C}Value(i); }}")

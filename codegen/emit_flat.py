@@ -200,7 +200,8 @@ class FlatEmitter:
                                         f"return flat::call({null}, self, [&](auto& a) {{ a.{m}[index].set(*item); }});",
                                         doc=f"Makes the id of {k} at index name item, through its id."))
                 # An absent optional list reads as no values, as its size reads 0.
-                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : flat::none<{t}>()"
+                none = "flat::noIds()" if f.type == "refs" else f"flat::none<{t}>()"
+                read = (f"a.{m}.isPropertyPresent() ? a.{m}.get() : {none}"
                         if f.optional and f.read_default is None else f"a.{m}.get()")
                 fns.append(Function(f"{p}get{C}{item}Values", [f"{t}* out", "int64_t outBytes", "int64_t* pvalueCount", h],
                                     f"return flat::values(out, outBytes, pvalueCount, {null}, self, [&](auto& a) -> const auto& {{ return {read}; }});",

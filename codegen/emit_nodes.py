@@ -104,6 +104,8 @@ class NodeEmitter:
                 includes.add(f"sorvane/{f.enum_header}.h")
             elif f.is_map:
                 includes.add("sorvane/archive/JsonImporter.h")
+            if f.type == "refs":
+                includes.add("sorvane/core/IdList.h")
         return sorted(includes)
 
     # The hand-written base named by "nodeBase" lives beside the record node.
@@ -154,7 +156,7 @@ class NodeEmitter:
             if f.optional:
                 lines.append(f"bool has{C}() const {{ return {m}.has_value(); }}")
                 lines.append(f"void {f.remover}() {{ {m}.reset(); }}")
-            lines.append(f"const std::vector<{T}>& get{C}() const;")
+            lines.append(f"const {f.list_type}& get{C}() const;")
             lines.append(f"void set{C}(const std::vector<{T}>& values);")
             lines.append(f"bool has{C}Value(int64_t index) const;")
             lines.append(f"int64_t get{C}Size() const;")
@@ -469,23 +471,24 @@ class NodeEmitter:
             T = f.element
             P = "const std::string&" if T == "std::string" else T
             R = "const std::string&" if T == "std::string" else T
+            L = f.list_type
             if f.optional and f.read_default is not None:
                 # Reads of the absent list see its default; writes still need the list.
-                cget = f"const std::vector<{T}>* list = {m} ? &*{m} : &get{C}();"
-                mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+                cget = f"const {L}* list = {m} ? &*{m} : &get{C}();"
+                mget = f"{L}* list = {m} ? &*{m} : nullptr;"
             elif f.optional:
-                cget = f"const std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
-                mget = f"std::vector<{T}>* list = {m} ? &*{m} : nullptr;"
+                cget = f"const {L}* list = {m} ? &*{m} : nullptr;"
+                mget = f"{L}* list = {m} ? &*{m} : nullptr;"
             else:
-                cget = f"const std::vector<{T}>* list = &{m};"
-                mget = f"std::vector<{T}>* list = &{m};"
+                cget = f"const {L}* list = &{m};"
+                mget = f"{L}* list = &{m};"
             ref = f.type == "refs"
             tgt = target_const(f) if ref else None
             idx = f.type == "indices"
-            o.append(f"const std::vector<{T}>& {N}::get{C}() const {{")
+            o.append(f"const {L}& {N}::get{C}() const {{")
             if f.optional and f.read_default is not None:
                 items = ", ".join(literal("number", v) for v in f.read_default)
-                o.append(f"    static const std::vector<{T}> kDefault = {{{items}}};")
+                o.append(f"    static const {L} kDefault = {{{items}}};")
                 o.append(f"    if (!{m}) return kDefault;")
                 o.append(f"    return *{m};")
             elif f.optional:

@@ -158,10 +158,16 @@ class Field:
         if self.is_value:
             return self.kind["cpp"]
         if self.is_list:
-            return f"std::vector<{self.element}>"
+            return self.list_type
         if self.is_map:
             return MAP_KINDS[self.type]
         return f"std::shared_ptr<{self.child_class(records)}>"
+
+    @property
+    def list_type(self):
+        """The C++ container of a list member: reference lists keep short
+        lists of ids inside the record."""
+        return "IdList" if self.type == "refs" else f"std::vector<{self.element}>"
 
     def member_type(self, records):
         t = self.base_type(records)

@@ -332,9 +332,11 @@ void JsonExporter::addNumber(double value) {
     done();
 }
 
-void JsonExporter::addIntegerList(const std::vector<int64_t>& values) {
+void JsonExporter::addIntegerList(const std::vector<int64_t>& values) { addIntegerList(values.data(), values.size()); }
+
+void JsonExporter::addIntegerList(const int64_t* values, size_t count) {
     put('[');
-    for (size_t i = 0; i < values.size(); ++i) {
+    for (size_t i = 0; i < count; ++i) {
         if (i > 0) put(", ", 2);
         appendInteger(values[i]);
     }

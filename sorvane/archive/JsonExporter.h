@@ -52,6 +52,7 @@ public:
     void addInteger(int64_t value);
     void addNumber(double value);
     void addIntegerList(const std::vector<int64_t>& values);
+    void addIntegerList(const int64_t* values, size_t count);
     void addNumberList(const std::vector<double>& values);
     void addStringList(const std::vector<std::string>& values);
     void addIntegerMap(const IntegerMap& map);

@@ -1021,13 +1021,24 @@ std::optional<std::vector<int64_t>> JsonImporter::nextIntegerList() {
 }
 
 bool JsonImporter::nextIntegerList(std::vector<int64_t>& out) {
+    if (!nextIntegers()) return false;
+    out.assign(integers_.begin(), integers_.end());
+    return true;
+}
+
+bool JsonImporter::nextIntegerList(IdList& out) {
+    if (!nextIntegers()) return false;
+    out.assign(integers_.data(), integers_.size());
+    return true;
+}
+
+bool JsonImporter::nextIntegers() {
     if (const char* end = integerListAt(scan_, data_ + pos_, data_ + end_, integers_)) {
         pos_ = static_cast<size_t>(end - data_);
     } else if (!scanList(integers_, [this](int64_t& v) { return scanInteger(v); })) {
         return false;
     }
     commit();
-    out.assign(integers_.begin(), integers_.end());
     return true;
 }
 

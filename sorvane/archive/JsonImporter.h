@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "sorvane/core/Export.h"
+#include "sorvane/core/IdList.h"
 
 namespace sorvane::archive {
 
@@ -84,6 +85,7 @@ public:
     bool nextString(std::string& out);
     bool nextStringList(std::vector<std::string>& out);
     bool nextIntegerList(std::vector<int64_t>& out);
+    bool nextIntegerList(IdList& out);
     bool nextNumberList(std::vector<double>& out);
 
     // Structure layer.
@@ -121,6 +123,8 @@ private:
     bool scanInteger(int64_t& out);
     bool scanNumber(double& out);
     bool scanNumberSlow(double& out);
+    // An integer list into integers_, committed.
+    bool nextIntegers();
     bool convertNumber(const char* text, const char* end, double& out);
     bool scanNull();
     bool scanBoolean(bool& out);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "sorvane/core/ErrorSlot.h"
+#include "sorvane/core/IdList.h"
 
 namespace sorvane::flat {
 
@@ -82,6 +83,12 @@ int32_t values(T* out, int64_t outBytes, int64_t* pvalueCount, const char* nullT
 template <class T>
 const std::vector<T>& none() {
     static const std::vector<T> empty;
+    return empty;
+}
+
+// The ids of a reference list that is absent.
+inline const IdList& noIds() {
+    static const IdList empty;
     return empty;
 }
 

@@ -198,6 +198,11 @@ struct JsonValue<std::vector<int64_t>> {
     static void write(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
 };
 template <>
+struct JsonValue<IdList> {
+    static bool read(archive::JsonImporter& in, IdList& v) { return in.nextIntegerList(v); }
+    static void write(archive::JsonExporter& out, const IdList& v) { out.addIntegerList(v.data(), v.size()); }
+};
+template <>
 struct JsonValue<archive::JsonImporter::IntegerMap> {
     static bool read(archive::JsonImporter& in, archive::JsonImporter::IntegerMap& v) {
         auto r = in.nextIntegerMap();

@@ -40,6 +40,7 @@ template <class D>
 struct CreatesOnGet<D, std::void_t<decltype(D::kCreateOnGet)>> : std::true_type {};
 inline void writeValue(archive::JsonExporter& out, const std::vector<std::string>& v) { out.addStringList(v); }
 inline void writeValue(archive::JsonExporter& out, const std::vector<int64_t>& v) { out.addIntegerList(v); }
+inline void writeValue(archive::JsonExporter& out, const IdList& v) { out.addIntegerList(v.data(), v.size()); }
 inline void writeValue(archive::JsonExporter& out, const std::vector<double>& v) { out.addNumberList(v); }
 
 } // namespace detail
@@ -172,7 +173,8 @@ public:
 
     int64_t size() const { return D::size(this->node()); }
     bool has(int64_t index) const { return D::hasValue(this->node(), index); }
-    const std::vector<Element>& get() const { return D::get(this->node()); }
+    // The whole list: a std::vector, or for references an IdList.
+    decltype(auto) get() const { return D::get(this->node()); }
     decltype(auto) get(int64_t index) const { return D::getValue(this->node(), index); }
     void set(const std::vector<Element>& values) { D::set(this->writableNode(Change::Set), values); }
     void set(int64_t index, const Element& value) { D::setValue(this->writableNode(Change::SetItem), index, value); }

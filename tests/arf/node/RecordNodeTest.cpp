@@ -342,6 +342,40 @@ TEST(RecordNode, ValueListsAndReferenceSetters) {
     EXPECT_EQ(items->getFaceAnimations(), std::vector<std::string>{"urn:z"});
 }
 
+// Reference lists short enough to stay inside their record and longer ones
+// change, write and read back alike.
+TEST(RecordNode, ReferenceListsOfAnyLength) {
+    auto root = newRoot();
+    auto meshes = root->getComponents()->getMeshes();
+    for (int64_t id = 1; id <= 20; ++id) meshes->add(("m" + std::to_string(id)).c_str(), id);
+    auto lod = root->getStructure()->getAssets()->add("a", std::nullopt)->getLods()->add("l", std::nullopt);
+    std::vector<int64_t> expected;
+    for (int64_t id = 1; id <= 20; ++id) {
+        lod->addMeshesValue(id);
+        expected.push_back(id);
+        ASSERT_EQ(lod->getMeshes(), expected);
+    }
+    lod->setMeshesValue(7, 3);
+    expected[7] = 3;
+    for (int64_t at : {19, 0, 9}) {
+        lod->removeMeshesValue(at);
+        expected.erase(expected.begin() + at);
+    }
+    EXPECT_EQ(lod->getMeshes(), expected);
+    lod->setSkins({});
+    const std::string text = root->toJsonString();
+    auto copy = readRoot(text);
+    EXPECT_EQ(copy->toJsonString(), text);
+    auto read = copy->getStructure()->getAssets()->get(1)->getLods()->get(1);
+    EXPECT_EQ(read->getMeshes(), expected);
+    EXPECT_TRUE(read->hasSkins());
+    EXPECT_TRUE(read->getSkins().empty());
+    // Shrunk back under the record's own room.
+    while (read->getMeshesSize() > 2) read->removeMeshesValue(0);
+    EXPECT_EQ(read->getMeshes(), (std::vector<int64_t>{expected[15], expected[16]}));
+    EXPECT_EQ(readRoot(copy->toJsonString())->toJsonString(), copy->toJsonString());
+}
+
 TEST(RecordNode, GenericObjectView) {
     auto root = newRoot();
     auto preamble = root->getPreamble();
