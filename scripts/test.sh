@@ -7,10 +7,13 @@ cd "$(dirname "$0")/.."
 
 bash scripts/deps.sh
 
-# Paths under the checkout are hashed relative to it, so that builds without
-# debug information (the clang check) hit the compiler cache from clones in
-# other folders; ccache still hashes the folder of builds with -g.
+# Paths under the checkout are hashed relative to it, and the folder itself
+# is left out of the hash of builds with debug information, so that every
+# build hits the compiler cache from clones in other folders. (Objects taken
+# from the cache then name the first clone's folder in their debug
+# information; the code is the same.)
 export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$(pwd)}
+export CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-1}
 
 build=${TALVEX_TEST_BUILD_DIR:-build-test}
 jobs=$(nproc 2>/dev/null || echo 2)
